@@ -1,0 +1,55 @@
+# The library: one OBJECT library that feeds the shared object and the internal tests.
+
+# The grammar is kept as a file that editors can use and compiled in as a string.
+file(READ ${PROJECT_SOURCE_DIR}/src/grammar/config.xsd ZU_GRAMMAR)
+configure_file(src/grammar/getGrammar.cpp.in getGrammar.cpp @ONLY)
+set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS src/grammar/config.xsd)
+
+# The namespace of the XML library carries its version; public headers only forward declare in it.
+string(REGEX REPLACE "^([0-9]+)\\.([0-9]+).*" "xercesc_\\1_\\2" ZU_XERCES_NAMESPACE
+       "${XercesC_VERSION}")
+set(ZU_GENERATED_INCLUDE_DIR ${PROJECT_BINARY_DIR}/include)
+configure_file(include/service/util/config/xml/internal/xercesNamespace.hpp.in
+               ${ZU_GENERATED_INCLUDE_DIR}/service/util/config/xml/internal/xercesNamespace.hpp
+               @ONLY)
+
+add_library(zuUtilConfigObjects OBJECT
+  support/cppUtil/err/Exception.cpp
+  support/cppUtil/err/StackTrace.cpp
+  support/cppUtil/err/guarded.cpp
+  support/cppUtil/err/platformCall.cpp
+  support/cppUtil/fileName/getPath.cpp
+  support/cppUtil/logger/Logger.cpp
+  support/service/util/config/errorModule.cpp
+  support/service/util/locator/ConfigLocator.cpp
+  toolkit/xerces/ErrorHandler.cpp
+  toolkit/xerces/Exception.cpp
+  toolkit/xerces/Parser.cpp
+  toolkit/xerces/dom.cpp
+  src/config.cpp
+  src/section.cpp
+  src/select.cpp
+  src/xmlConfig.cpp
+  ${PROJECT_BINARY_DIR}/getGrammar.cpp)
+set_target_properties(zuUtilConfigObjects PROPERTIES POSITION_INDEPENDENT_CODE ON)
+target_include_directories(zuUtilConfigObjects PUBLIC
+  ${PROJECT_SOURCE_DIR}/include ${PROJECT_SOURCE_DIR}/support ${PROJECT_SOURCE_DIR}/toolkit
+  ${ZU_GENERATED_INCLUDE_DIR})
+target_link_libraries(zuUtilConfigObjects PRIVATE zu_build_flags
+  PUBLIC XercesC::XercesC zu::CUtil zu::UtilLocator)
+
+add_library(zuUtilConfig SHARED)
+add_library(zu::UtilConfig ALIAS zuUtilConfig)
+target_include_directories(zuUtilConfig INTERFACE
+  $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/include>
+  $<BUILD_INTERFACE:${PROJECT_SOURCE_DIR}/support>
+  $<BUILD_INTERFACE:${ZU_GENERATED_INCLUDE_DIR}>
+  $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+target_compile_features(zuUtilConfig INTERFACE cxx_std_17)
+# Callers need none of these to build; the export set therefore does not name them.
+target_link_libraries(zuUtilConfig PRIVATE
+  $<BUILD_INTERFACE:zuUtilConfigObjects;XercesC::XercesC;zu::CUtil;zu::UtilLocator>)
+set_target_properties(zuUtilConfig PROPERTIES
+  EXPORT_NAME UtilConfig VERSION ${PROJECT_VERSION} SOVERSION 1)
+# The error registry keeps pointers into the library for the life of the process.
+target_link_options(zuUtilConfig PRIVATE LINKER:-z,nodelete LINKER:--no-undefined)

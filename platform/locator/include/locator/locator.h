@@ -1,0 +1,32 @@
+/*
+ * The locator library: the process-wide search path on which configuration files are found.
+ *
+ * It is plain C and stands on the C utility library. A library that replaces the bundled one must
+ * supply the one function below; where the directories come from is its own choice.
+ */
+#ifndef LOCATOR_LOCATOR_H
+#define LOCATOR_LOCATOR_H
+
+#include <cutil/cutil.h>
+
+#pragma GCC visibility push(default)
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+/* The process-wide configuration search path. It is made on first use and lives as long as the
+ * process; the caller never deletes it, and may read and change it with the cu_SearchPath calls
+ * from any thread. Null when there is no memory to make it; a later call tries again.
+ *
+ * It starts as the directories in the environment variable ZU_CONFIG_PATH, separated by colons (an
+ * empty part is the current directory), when that variable is set. Otherwise it is the current
+ * directory, $XDG_CONFIG_HOME (by default $HOME/.config), each of $XDG_CONFIG_DIRS (by default
+ * /etc/xdg), and /etc; relative XDG directories are ignored. */
+cu_SearchPath *getConfigLocator(void);
+
+#ifdef __cplusplus
+}
+#endif
+#pragma GCC visibility pop
+
+#endif

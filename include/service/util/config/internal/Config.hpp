@@ -1,0 +1,43 @@
+// The in-memory configuration, the only implementation of IConfig.
+//
+// Programs that build a configuration themselves start with std::make_shared<internal::Config>();
+// everything else goes through IConfig, whose rules on errors and threads hold here.
+//
+// Invariants: no key of either map is empty, no vector in either map is empty, every child is a
+// Config. Nothing is ever removed or reordered, so an index stays what it is.
+#ifndef SERVICE_UTIL_CONFIG_INTERNAL_CONFIG_HPP
+#define SERVICE_UTIL_CONFIG_INTERNAL_CONFIG_HPP
+
+#include <cstdint>
+#include <map>
+#include <string>
+#include <vector>
+
+#include "service/util/config/IConfig.hpp"
+#include "service/util/config/Select.hpp"
+
+namespace service::util::config::internal {
+
+class ZU_EXPORT Config : public IConfig {
+ public:
+  Config() = default;
+
+  void addProperty(const std::string& name, const std::string& value) override;
+  IConfigPtr addSection(const std::string& name) override;
+  std::uint32_t getSectionCount(const std::string& name) const override;
+  IConfigPtr getSection(const std::string& name, std::uint32_t index) const override;
+  std::uint32_t getPropertyCount(const std::string& name) const override;
+  bool getProperty(const std::string& name, std::string& value, std::uint32_t index) const override;
+  bool getProperty(const Select& select, std::string& value) const override;
+  ~Config() override;
+
+ private:
+  const IConfigPtr& findSection(const std::string& name, std::uint32_t index) const;
+
+  std::map<std::string, std::vector<std::string>> properties;
+  std::map<std::string, std::vector<IConfigPtr>> sections;
+};
+
+}  // namespace service::util::config::internal
+
+#endif

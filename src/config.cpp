@@ -1,0 +1,148 @@
+#include "service/util/config/internal/Config.hpp"
+
+#include <cutil/cutil.h>
+
+#include "cppUtil/err/Exception.hpp"
+#include "service/util/config/errorModule.hpp"
+
+namespace service::util::config {
+
+IConfig::~IConfig() = default;
+
+namespace internal {
+
+namespace {
+
+using cppUtil::err::Exception;
+
+// The places that failures are reported from, as the signature and a line number that is fixed and
+// does not follow the source: callers tell the checks of one operation apart by it.
+struct Place {
+  const char* function;
+  int line;
+};
+
+constexpr const char* addPropertySignature =
+    "virtual void service::util::config::internal::Config::addProperty(const string&, const "
+    "string&)";
+constexpr const char* getSectionSignature =
+    "virtual service::util::config::IConfigPtr "
+    "service::util::config::internal::Config::getSection(const string&, uint32_t) const";
+
+constexpr Place addPropertyName = {addPropertySignature, 30};
+constexpr Place addPropertyValue = {addPropertySignature, 31};
+constexpr Place addSectionName = {
+    "virtual service::util::config::IConfigPtr "
+    "service::util::config::internal::Config::addSection(const string&)",
+    39};
+constexpr Place getSectionCountName = {
+    "virtual uint32_t service::util::config::internal::Config::getSectionCount(const string&) "
+    "const",
+    49};
+constexpr Place getSectionName = {getSectionSignature, 59};
+constexpr Place getSectionUnknown = {getSectionSignature, 64};
+constexpr Place getSectionIndex = {getSectionSignature, 70};
+constexpr Place getPropertyCountName = {
+    "virtual uint32_t service::util::config::internal::Config::getPropertyCount(const string&) "
+    "const",
+    81};
+constexpr Place getPropertyName = {
+    "virtual bool service::util::config::internal::Config::getProperty(const string&, "
+    "std::string&, uint32_t) const",
+    92};
+
+constexpr const char* emptySectionName = "Section name is empty!";
+constexpr const char* emptyPropertyName = "Properties name is empty!";
+constexpr const char* emptyPropertyValue = "Properties value is empty!";
+
+Exception failure(std::uint32_t code, const Place& place) {
+  return Exception(code, 0, "src/config", place.function, place.line, "");
+}
+
+void requireText(const std::string& text, const Place& place, const char* message) {
+  if (text.empty()) throw failure(CU_MISSING_ARGUMENT, place) << message;
+}
+
+// The number of elements that map holds under name.
+template <class Map>
+std::uint32_t countOf(const Map& map, const std::string& name) {
+  const auto found = map.find(name);
+  return found == map.end() ? 0 : static_cast<std::uint32_t>(found->second.size());
+}
+
+// Appends element to the elements under name. When the append fails, no empty entry stays behind.
+template <class Map, class Element>
+void append(Map& map, const std::string& name, const Element& element) {
+  const auto position = map.lower_bound(name);
+  if (position != map.end() && position->first == name) {
+    position->second.push_back(element);
+  } else {
+    map.emplace_hint(position, name, typename Map::mapped_type(1, element));
+  }
+}
+
+}  // namespace
+
+Config::~Config() = default;
+
+void Config::addProperty(const std::string& name, const std::string& value) {
+  requireText(name, addPropertyName, emptyPropertyName);
+  requireText(value, addPropertyValue, emptyPropertyValue);
+  append(properties, name, value);
+}
+
+IConfigPtr Config::addSection(const std::string& name) {
+  requireText(name, addSectionName, emptySectionName);
+  const IConfigPtr section = std::make_shared<Config>();
+  append(sections, name, section);
+  return section;
+}
+
+std::uint32_t Config::getSectionCount(const std::string& name) const {
+  requireText(name, getSectionCountName, emptySectionName);
+  return countOf(sections, name);
+}
+
+IConfigPtr Config::getSection(const std::string& name, std::uint32_t index) const {
+  return findSection(name, index);
+}
+
+std::uint32_t Config::getPropertyCount(const std::string& name) const {
+  requireText(name, getPropertyCountName, emptySectionName);  // the section's wording, as ever
+  return countOf(properties, name);
+}
+
+bool Config::getProperty(const std::string& name, std::string& value, std::uint32_t index) const {
+  requireText(name, getPropertyName, emptyPropertyName);
+  const auto found = properties.find(name);
+  if (found == properties.end() || index >= found->second.size()) return false;
+  value = found->second[index];
+  return true;
+}
+
+bool Config::getProperty(const Select& select, std::string& value) const {
+  const IConfig* current = this;
+  for (const auto& [name, index] : select.sectionPath) {
+    // Every child is a Config, and its parent keeps it alive during the walk.
+    current = static_cast<const Config*>(current)->findSection(name, index).get();
+  }
+  return current->getProperty(select.propertyName, value, select.propertyIndex);
+}
+
+const IConfigPtr& Config::findSection(const std::string& name, std::uint32_t index) const {
+  requireText(name, getSectionName, emptySectionName);
+  const auto found = sections.find(name);
+  if (found == sections.end()) {
+    throw failure(NOT_FOUND, getSectionUnknown)
+        << "util::config: no section called \"" << name << "\"";
+  }
+  if (index >= found->second.size()) {
+    throw failure(NOT_FOUND, getSectionIndex) << "util::config: section index " << index
+                                              << " for section \"" << name << "\" out of bounds";
+  }
+  return found->second[index];
+}
+
+}  // namespace internal
+
+}  // namespace service::util::config

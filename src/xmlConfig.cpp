@@ -1,0 +1,245 @@
+// The loader. A file is found on the search path, its directory goes to the front of the path, the
+// file is parsed into a DOM, and the walk over the DOM fills the configuration; an include does the
+// same again for the file that it names.
+
+#include <cutil/cutil.h>
+
+#include <xercesc/dom/DOM.hpp>
+#include <xercesc/framework/MemBufInputSource.hpp>
+#include <xercesc/sax/SAXException.hpp>
+#include <xercesc/util/OutOfMemoryException.hpp>
+#include <xercesc/util/PlatformUtils.hpp>
+#include <xercesc/util/XMLException.hpp>
+#include <xercesc/util/XMLUni.hpp>
+
+#include "cppUtil/err/Exception.hpp"
+#include "cppUtil/err/guarded.hpp"
+#include "cppUtil/fileName/getPath.hpp"
+#include "cppUtil/logger/Logger.hpp"
+#include "service/util/config/grammar/getGrammar.hpp"
+#include "service/util/config/internal/Config.hpp"
+#include "service/util/config/xml/create.hpp"
+#include "service/util/config/xml/internal/XmlConfigParser.hpp"
+#include "service/util/locator/ConfigLocator.hpp"
+#include "xerces/ErrorHandler.hpp"
+#include "xerces/Exception.hpp"
+#include "xerces/Parser.hpp"
+#include "xerces/dom.hpp"
+
+namespace service::util::config::xml {
+
+namespace {
+
+using cppUtil::err::Exception;
+using cppUtil::err::guarded;
+using cppUtil::err::Place;
+using locator::ConfigLocator;
+using xercesc::DOMElement;
+using xercesc::XMLPlatformUtils;
+
+constexpr const char* unit = "src/xmlConfig";
+
+// The signatures that failures are reported with, whatever version of the XML library is in use.
+constexpr const char* createSignature =
+    "service::util::config::IConfigPtr service::util::config::xml::create(const string&, const "
+    "SchemeList&, bool)";
+constexpr const char* constructorSignature =
+    "service::util::config::xml::internal::XmlConfigParser::XmlConfigParser(const string&, const "
+    "SchemeList&, bool)";
+constexpr const char* parseSignature =
+    "void service::util::config::xml::internal::XmlConfigParser::parse(const IConfigPtr&, const "
+    "string&)";
+constexpr const char* parseConfigSignature =
+    "void service::util::config::xml::internal::XmlConfigParser::parseConfig(const IConfigPtr&, "
+    "const xercesc_3_1::DOMElement&)";
+constexpr const char* parseSectionSignature =
+    "void service::util::config::xml::internal::XmlConfigParser::parseSection(const IConfigPtr&, "
+    "const xercesc_3_1::DOMElement&)";
+constexpr const char* parsePropertySignature =
+    "void service::util::config::xml::internal::XmlConfigParser::parseProperty(const IConfigPtr&, "
+    "const xercesc_3_1::DOMElement&)";
+constexpr const char* parseIncludeSignature =
+    "void service::util::config::xml::internal::XmlConfigParser::parseInclude(const IConfigPtr&, "
+    "const xercesc_3_1::DOMElement&)";
+
+constexpr std::uint32_t infoLevel = CU_INFO;
+
+// Names in documents, from their ASCII spelling.
+xerces::XmlString xmlName(std::string_view name) {
+  return {name.begin(), name.end()};
+}
+
+// Keeps the XML library initialised while it lives.
+class Platform {
+ public:
+  Platform() { XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale); }
+  ~Platform() { XMLPlatformUtils::Terminate(); }
+  Platform(const Platform&) = delete;
+  Platform& operator=(const Platform&) = delete;
+};
+
+// Stands in for an exception of the XML library, which must not outlive the library's termination.
+struct XmlLibraryFailure {};
+
+template <class Step>
+void withoutXmlExceptions(const Step& step) {
+  try {
+    step();
+  } catch (const xercesc::XMLException&) {
+    throw XmlLibraryFailure();
+  } catch (const xercesc::DOMException&) {
+    throw XmlLibraryFailure();
+  } catch (const xercesc::SAXException&) {
+    throw XmlLibraryFailure();
+  } catch (const xercesc::OutOfMemoryException&) {
+    throw XmlLibraryFailure();
+  }
+}
+
+// Runs step with directory at the front of the search path. Whatever throws, the step, the prepend
+// or the removal itself, the removal is tried once more and the first exception goes on.
+template <class Step>
+void withDirectory(const std::string& directory, const Step& step) {
+  try {
+    ConfigLocator::prepend(directory);
+    step();
+    ConfigLocator::remove(directory);
+  } catch (...) {
+    try {
+      ConfigLocator::remove(directory);
+    } catch (...) {  // the caller learns of the failure that came first
+    }
+    throw;
+  }
+}
+
+void logParsing(const std::string& fileName) {
+  cppUtil::logger::Logger logger(infoLevel);
+  logger << "Parsing configuration file '" << fileName << "'";
+  logger.log();
+}
+
+// Switches on validation against the grammar of configuration files and the caller's schemas. What
+// the XML library reports about the grammar goes to errors.
+void enableValidation(xerces::Parser& parser, xerces::ErrorHandler& errors,
+                      const SchemeList& schemes) {
+  std::string locations;
+  for (const auto& [uri, location] : schemes) {
+    locations += uri + " " + location + "\n";
+  }
+  parser.setValidationScheme(xerces::Parser::Val_Always);
+  parser.setDoSchema(true);
+  parser.setValidationConstraintFatal(true);
+  parser.setExternalSchemaLocation(locations.c_str());
+
+  parser.cacheGrammarFromParse(true);
+  parser.useCachedGrammarInParse(true);
+  const std::vector<char> grammar = grammar::getGrammar();
+  const xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(grammar.data()),
+                                          grammar.size(), "config.xsd");
+  parser.setErrorHandler(&errors);
+  parser.loadGrammar(source, xercesc::Grammar::SchemaGrammarType, true);
+  if (errors.hasErrors()) throw xerces::Exception() << errors.getReport();
+}
+
+// Runs step for each child element called name, guarded at place.
+template <class Step>
+void forEachChild(const DOMElement& parent, std::string_view name, const Place& place,
+                  const Step& step) {
+  for (const DOMElement* child : xerces::namedChildElements(parent, xmlName(name))) {
+    guarded(place, [&] { step(*child); });
+  }
+}
+
+}  // namespace
+
+IConfigPtr create(const std::string& file, const SchemeList& schemes, bool validate) {
+  return guarded({unit, createSignature, __LINE__},
+                 [&] { return internal::XmlConfigParser(file, schemes, validate).getConfig(); });
+}
+
+namespace internal {
+
+using config::internal::Config;
+
+XmlConfigParser::XmlConfigParser(const std::string& file, const SchemeList& schemes, bool validate)
+    : config(std::make_shared<Config>()),
+      fileName(ConfigLocator::find(file)),
+      schemes(schemes),
+      validate(validate) {
+  if (fileName.empty()) {
+    throw Exception(CU_MISSING_ARGUMENT, 0, unit, constructorSignature, __LINE__, "");
+  }
+  const std::string directory = cppUtil::fileName::getPath(fileName);
+  const Platform platform;
+  withoutXmlExceptions([&] { withDirectory(directory, [&] { parse(config, fileName); }); });
+}
+
+XmlConfigParser::~XmlConfigParser() = default;
+
+IConfigPtr XmlConfigParser::getConfig() const {
+  return config;
+}
+
+void XmlConfigParser::parse(const IConfigPtr& config, const std::string& fileName) {
+  logParsing(fileName);
+
+  xerces::ErrorHandler grammarErrors;
+  xerces::Parser parser;
+  if (validate) enableValidation(parser, grammarErrors, schemes);
+  const xercesc::DOMDocument* document = parser.parseDoc(fileName);
+  const DOMElement* root = document->getDocumentElement();
+  if (root == nullptr) {
+    throw xerces::Exception() << "XMLParser: internal error: No document root element";
+  }
+  guarded({unit, parseSignature, __LINE__}, [&] { parseConfig(config, *root); });
+}
+
+void XmlConfigParser::parseConfig(const IConfigPtr& config, const DOMElement& root) {
+  const auto at = [](int line) { return Place{unit, parseConfigSignature, line}; };
+  guarded(at(__LINE__), [&] { xerces::match(root, xmlName("config")); });
+  forEachChild(root, "property", at(__LINE__), [&](const auto& e) { parseProperty(config, e); });
+  forEachChild(root, "include", at(__LINE__), [&](const auto& e) { parseInclude(config, e); });
+  forEachChild(root, "section", at(__LINE__), [&](const auto& e) { parseSection(config, e); });
+}
+
+void XmlConfigParser::parseSection(const IConfigPtr& parent, const DOMElement& element) {
+  const auto at = [](int line) { return Place{unit, parseSectionSignature, line}; };
+  guarded(at(__LINE__), [&] { xerces::match(element, xmlName("section")); });
+  const std::string name =
+      guarded(at(__LINE__), [&] { return xerces::mandatoryAttribute(element, xmlName("name")); });
+  const IConfigPtr child = parent->addSection(name);
+  forEachChild(element, "property", at(__LINE__), [&](const auto& e) { parseProperty(child, e); });
+  forEachChild(element, "include", at(__LINE__), [&](const auto& e) { parseInclude(child, e); });
+  forEachChild(element, "section", at(__LINE__), [&](const auto& e) { parseSection(child, e); });
+}
+
+void XmlConfigParser::parseProperty(const IConfigPtr& config, const DOMElement& element) {
+  const auto at = [](int line) { return Place{unit, parsePropertySignature, line}; };
+  guarded(at(__LINE__), [&] { xerces::match(element, xmlName("property")); });
+  const std::string name =
+      guarded(at(__LINE__), [&] { return xerces::mandatoryAttribute(element, xmlName("name")); });
+  const std::string value = guarded(at(__LINE__), [&] { return xerces::textContent(element); });
+  config->addProperty(name, value);
+}
+
+void XmlConfigParser::parseInclude(const IConfigPtr& config, const DOMElement& element) {
+  const auto at = [](int line) { return Place{unit, parseIncludeSignature, line}; };
+  guarded(at(__LINE__), [&] { xerces::match(element, xmlName("include")); });
+  guarded(at(__LINE__), [&] {
+    const std::string text = xerces::textContent(element);
+    const std::string path = ConfigLocator::find(text);
+    if (path.empty()) {
+      const auto& tag = xerces::Parser::getLocationTag(&element);
+      // The double blank before "included" is part of the message.
+      throw Exception(CU_FILE_NOT_FOUND, 0, unit, parseIncludeSignature, __LINE__, "")
+          << "XMLParser: in file \"" << tag.file << "\" at line " << tag.line << " at column "
+          << tag.column << ":  included configuration file '" << text << "' not found!";
+    }
+    withDirectory(cppUtil::fileName::getPath(path), [&] { parse(config, path); });
+  });
+}
+
+}  // namespace internal
+
+}  // namespace service::util::config::xml

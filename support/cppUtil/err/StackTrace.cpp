@@ -1,0 +1,65 @@
+#include "cppUtil/err/StackTrace.hpp"
+
+#include <cxxabi.h>
+#include <execinfo.h>
+
+#include <algorithm>
+#include <cstdlib>
+#include <memory>
+
+#include "cppUtil/err/internal/demangledFrame.hpp"
+
+namespace cppUtil::err {
+
+namespace {
+
+constexpr unsigned int initialSlots = 128;
+
+struct Free {
+  void operator()(void* memory) const { std::free(memory); }
+};
+
+}  // namespace
+
+namespace internal {
+
+std::string demangledFrame(const std::string& frame) {
+  const auto open = frame.find('(');
+  const auto plus = frame.rfind('+');
+  if (open == std::string::npos || plus == std::string::npos) return frame;
+
+  // When the last '+' stands before the first '(' the length wraps and the symbol runs to the end
+  // of the text. Callers know these texts; they stay as they are.
+  std::string name = frame.substr(open + 1, plus - 1 - open);
+  int status = 0;
+  const std::unique_ptr<char, Free> demangled(
+      abi::__cxa_demangle(name.c_str(), nullptr, nullptr, &status));
+  if (status == 0) name = demangled.get();
+  return frame.substr(0, open) + "(" + name + frame.substr(plus);
+}
+
+}  // namespace internal
+
+// The walker must have a frame of its own: frame 0 is skipped as this function.
+__attribute__((noinline)) void StackTrace::getTrace(unsigned int depth) {
+  const unsigned int limit = depth + 1;  // one more for the walker; wraps to 0 at the largest depth
+  std::vector<void*> addresses(std::min(limit, initialSlots));
+  const auto walk = [&addresses] {
+    return static_cast<unsigned int>(
+        backtrace(addresses.data(), static_cast<int>(addresses.size())));
+  };
+
+  unsigned int count = walk();
+  while (count >= addresses.size() && addresses.size() != limit) {
+    addresses.assign(std::min<std::size_t>(2 * addresses.size(), limit), nullptr);
+    count = walk();
+  }
+
+  const std::unique_ptr<char*, Free> symbols(
+      backtrace_symbols(addresses.data(), static_cast<int>(count)));
+  for (unsigned int i = 1; i < count; ++i) {
+    frames.push_back(internal::demangledFrame(symbols.get()[i]));
+  }
+}
+
+}  // namespace cppUtil::err

@@ -1,0 +1,32 @@
+// The translation boundary: whatever a guarded step throws leaves it as cppUtil::err::Exception.
+//
+// An Exception passes unchanged; a std::exception becomes code 6 with its what() as the message, a
+// C string code 7 with that text, anything else code 7 without a message. Internal to the library.
+#ifndef CPPUTIL_ERR_GUARDED_HPP
+#define CPPUTIL_ERR_GUARDED_HPP
+
+namespace cppUtil::err {
+
+// Where a guard stands; translated exceptions carry this place.
+struct Place {
+  const char* file;
+  const char* function;
+  int line;
+};
+
+// Translates the exception being handled; to be called in a handler only.
+[[noreturn]] void rethrowTranslated(const Place& place);
+
+// Runs step and answers with its result.
+template <class Step>
+decltype(auto) guarded(const Place& place, const Step& step) {
+  try {
+    return step();
+  } catch (...) {
+    rethrowTranslated(place);
+  }
+}
+
+}  // namespace cppUtil::err
+
+#endif

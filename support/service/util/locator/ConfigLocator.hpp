@@ -1,0 +1,29 @@
+// The process-wide search path on which configuration files are found.
+//
+// Adapter over the locator library; it keeps no state and takes no lock of its own. A change made
+// here is seen by the look-ups of every thread. Every operation throws cppUtil::err::Exception with
+// the platform's code and error record when a platform call fails.
+#ifndef SERVICE_UTIL_LOCATOR_CONFIGLOCATOR_HPP
+#define SERVICE_UTIL_LOCATOR_CONFIGLOCATOR_HPP
+
+#include <string>
+
+#include "cppUtil/export.hpp"
+
+namespace service::util::locator {
+
+class ZU_EXPORT ConfigLocator {
+ public:
+  // The full name of the first file called name along the path; empty when there is none.
+  static std::string find(const std::string& name);
+
+  // Puts directory at the front of the path; the empty one stands for the current directory.
+  static void prepend(const std::string& directory);
+
+  // Takes the first entry equal to directory out of the path and tells whether there was one.
+  static bool remove(const std::string& directory);
+};
+
+}  // namespace service::util::locator
+
+#endif

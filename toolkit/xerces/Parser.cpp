@@ -1,0 +1,131 @@
+#include "xerces/Parser.hpp"
+
+#include <memory>
+#include <xercesc/dom/DOMException.hpp>
+#include <xercesc/framework/XMLElementDecl.hpp>
+#include <xercesc/internal/XMLScanner.hpp>
+#include <xercesc/sax/Locator.hpp>
+#include <xercesc/util/XMLException.hpp>
+
+#include "xerces/Exception.hpp"
+
+namespace xerces {
+
+namespace {
+
+using xercesc::DOMNode;
+using xercesc::DOMUserDataHandler;
+
+constexpr XMLCh LOCATION_TAG_KEY[] = {'L', 'i', 'n', 'e', 'N', 'u', 'm', 'b', 'e', 'r', 'A',
+                                      'n', 'n', 'o', 't', 'a', 't', 'i', 'o', 'n', 0};
+
+}  // namespace
+
+Parser::LocationTagHandler::~LocationTagHandler() = default;
+
+void Parser::LocationTagHandler::handle(DOMOperationType operation, const XMLCh* /*key*/,
+                                        void* data, const DOMNode* src, DOMNode* dst) {
+  switch (operation) {
+    case NODE_CLONED:
+      // The clone does not get the tag, yet it counts: a tag with a cloned node is never freed.
+      ++static_cast<LocationTag*>(data)->refCount;
+      break;
+    case NODE_IMPORTED:
+      if (auto* tag = static_cast<LocationTag*>(src->getUserData(LOCATION_TAG_KEY))) {
+        ++tag->refCount;
+        dst->setUserData(LOCATION_TAG_KEY, tag, this);
+      }
+      break;
+    case NODE_DELETED: {
+      auto* tag = static_cast<LocationTag*>(data);
+      if (--tag->refCount == 0) delete tag;
+      break;
+    }
+    default:
+      break;
+  }
+}
+
+const XMLCh* Parser::LocationTagHandler::getLocationTagName() {
+  return LOCATION_TAG_KEY;
+}
+
+Parser::Parser() {
+  setErrorHandler(&errorHandler);
+  setIncludeIgnorableWhitespace(false);
+  setDoNamespaces(true);
+}
+
+// The XML library tells the tag handler of the nodes that go only when a document is released, and
+// does not release the documents of earlier parses by itself.
+Parser::~Parser() {
+  for (xercesc::DOMDocument* document : earlierDocuments) document->release();
+}
+
+xercesc::DOMDocument* Parser::parseDoc(const std::string& name) {
+  static LocationTag null = {"", 0, 0, 0};  // not freed: its count starts below that of a node
+
+  fileName = name;
+  keepDocument();
+  reset();
+  try {
+    setErrorHandler(&errorHandler);  // whatever was installed in between
+    parse(fileName.c_str());
+    if (errorHandler.hasErrors()) throw Exception() << errorHandler.getReport();
+    xercesc::DOMDocument* document = getDocument();
+    if (document == nullptr) {
+      throw Exception() << "XMLParser: internal error: Null document";
+    }
+    document->setUserData(LOCATION_TAG_KEY, &null, &getLocationTagHandler());
+    return document;
+  } catch (const Exception&) {
+    throw;
+  } catch (const xercesc::XMLException& e) {
+    throw Exception() << "XMLException: " << e.getSrcFile() << ":"
+                      << static_cast<unsigned long long>(e.getSrcLine()) << ": " << e.getMessage();
+  } catch (const xercesc::DOMException& e) {
+    throw Exception() << "DOMException: " << e.getMessage();
+  } catch (const std::exception& e) {
+    throw Exception() << e.what();
+  } catch (...) {
+    throw Exception();
+  }
+}
+
+const Parser::LocationTag& Parser::getLocationTag(const DOMNode* node) {
+  static const LocationTag null = {"", 0, 0, 0};
+
+  const auto* tag =
+      node == nullptr ? nullptr : static_cast<LocationTag*>(node->getUserData(LOCATION_TAG_KEY));
+  return tag == nullptr ? null : *tag;
+}
+
+Parser::LocationTagHandler& Parser::getLocationTagHandler() {
+  static LocationTagHandler locationTagHandler;
+  return locationTagHandler;
+}
+
+void Parser::startElement(const xercesc::XMLElementDecl& declaration, unsigned int urlId,
+                          const XMLCh* prefix,
+                          const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes,
+                          XMLSize_t attributeCount, bool isEmpty, bool isRoot) {
+  AbstractDOMParser::startElement(declaration, urlId, prefix, attributes, attributeCount, isEmpty,
+                                  isRoot);
+  if (isEmpty) return;
+
+  const xercesc::Locator* locator = getScanner()->getLocator();
+  const auto line = static_cast<int>(locator->getLineNumber());
+  const auto column = static_cast<int>(locator->getColumnNumber());
+  auto tag = std::make_unique<LocationTag>(LocationTag{fileName, line, column, 0});
+  getCurrentNode()->setUserData(LOCATION_TAG_KEY, tag.get(), &getLocationTagHandler());
+  ++tag.release()->refCount;
+}
+
+// Takes over the document of the last parse, before the base class forgets to release it.
+void Parser::keepDocument() {
+  if (getDocument() == nullptr) return;
+  earlierDocuments.reserve(earlierDocuments.size() + 1);
+  earlierDocuments.push_back(adoptDocument());
+}
+
+}  // namespace xerces

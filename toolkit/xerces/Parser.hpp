@@ -1,0 +1,74 @@
+// The DOM parser of the library: it knows where every element stands, and fails in one way.
+//
+// Every element that is not written as an empty tag gets a location tag (file, line, column), kept
+// as user data of its node; every way in which a parse can fail comes out as xerces::Exception. The
+// XML library must be initialised before a Parser is built and until after it is destroyed. A
+// Parser and its documents belong to one thread at a time.
+#ifndef XERCES_PARSER_HPP
+#define XERCES_PARSER_HPP
+
+#include <cstdint>
+#include <string>
+#include <vector>
+#include <xercesc/dom/DOMDocument.hpp>
+#include <xercesc/dom/DOMUserDataHandler.hpp>
+#include <xercesc/parsers/XercesDOMParser.hpp>
+
+#include "xerces/ErrorHandler.hpp"
+
+namespace xerces {
+
+class Parser : public xercesc::XercesDOMParser {
+ public:
+  // Where an element's start tag ends.
+  struct LocationTag {
+    std::string file;  // as it was given to parseDoc
+    int line;
+    int column;
+    std::int32_t refCount;  // nodes that refer to this tag
+  };
+
+  // Keeps the tags' reference counts as the DOM deletes, imports and clones nodes.
+  class LocationTagHandler : public xercesc::DOMUserDataHandler {
+   public:
+    ~LocationTagHandler() override;
+    void handle(DOMOperationType operation, const XMLCh* key, void* data,
+                const xercesc::DOMNode* src, xercesc::DOMNode* dst) override;
+
+    // The user-data key of every tag.
+    static const XMLCh* getLocationTagName();
+  };
+
+  // Namespaces on, ignorable white space off; everything else as the XML library has it.
+  Parser();
+  ~Parser() override;
+  Parser(const Parser&) = delete;
+  Parser& operator=(const Parser&) = delete;
+
+  // Parses the file and returns its document, never null. Throws xerces::Exception when the XML
+  // library reports an error or throws. The document, like those of earlier calls, belongs to the
+  // parser and lives as long as it. Installs the parser's own error handler.
+  xercesc::DOMDocument* parseDoc(const std::string& fileName);
+
+  // The tag of a node; a tag with an empty file, line 0 and column 0 when it has none, as elements
+  // written as empty tags do. Lives as long as the node.
+  static const LocationTag& getLocationTag(const xercesc::DOMNode* node);
+
+  static LocationTagHandler& getLocationTagHandler();
+
+  // Called by the XML library for each start tag.
+  void startElement(const xercesc::XMLElementDecl& declaration, unsigned int urlId,
+                    const XMLCh* prefix, const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes,
+                    XMLSize_t attributeCount, bool isEmpty, bool isRoot) override;
+
+ private:
+  void keepDocument();
+
+  ErrorHandler errorHandler;
+  std::string fileName;
+  std::vector<xercesc::DOMDocument*> earlierDocuments;  // owned
+};
+
+}  // namespace xerces
+
+#endif

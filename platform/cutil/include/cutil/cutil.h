@@ -55,7 +55,8 @@ typedef struct cu_Resolver {
 
 /* Registers the texts of a module, replacing what was registered for it before. localBits is the
  * number of low-order bits that hold the module-local number; only 24 is supported.
- * CU_INVALID_ARGUMENT: module is 0 or above 255, or localBits is not 24. */
+ * CU_INVALID_ARGUMENT: module is 0 or above 255, or localBits is not 24. CU_MISSING_ARGUMENT: one of
+ * the resolver's pointers is null. May be called from static initialisers and destructors. */
 uint32_t cu_SetResolver(uint32_t module, cu_Resolver resolver, uint32_t localBits);
 
 /* Short name ("NOT_FOUND"), one-line description and module name of a code. Never null; a code that
@@ -70,7 +71,7 @@ typedef struct cu_ErrorLocation cu_ErrorLocation;
 
 /* The record of the last failed call on this thread; never null, empty before the first failure.
  * It is owned by the library; it and the texts read from it are valid on this thread until the next
- * failing call. */
+ * failing call. A long description is cut; a null location reads as an empty record. */
 const cu_ErrorLocation *cu_getErrorLocation(void);
 int cu_Error_getSystemErrorCode(const cu_ErrorLocation *location); /* errno value; 0 when none */
 const char *cu_Error_getFileName(const cu_ErrorLocation *location);
@@ -112,12 +113,14 @@ uint32_t cu_SearchPath_delete(cu_SearchPath **path);
  * the file is no failure: *found is false and file is left untouched. */
 uint32_t cu_SearchPath_find(cu_SearchPath *path, const char *name, bool *found, cu_String *file);
 
-/* Inserts a directory at the front. */
+/* Inserts a directory at the front. Whoever prepends must remove the same directory later, also
+ * when the prepend failed for want of memory: that remove then answers *removed = false and leaves
+ * alone an equal entry that was on the path before. Clearing the path in between forgets this. */
 uint32_t cu_SearchPath_prepend(cu_SearchPath *path, const char *directory);
 /* Adds a directory at the end. */
 uint32_t cu_SearchPath_append(cu_SearchPath *path, const char *directory);
 /* Takes out the first entry that equals directory byte by byte, so that nested pairs of prepend and
- * remove balance; *removed tells whether there was one. */
+ * remove balance; *removed tells whether one was taken out. Needs no memory. */
 uint32_t cu_SearchPath_remove(cu_SearchPath *path, const char *directory, bool *removed);
 uint32_t cu_SearchPath_clear(cu_SearchPath *path);
 uint32_t cu_SearchPath_count(cu_SearchPath *path, size_t *count);
@@ -134,11 +137,14 @@ typedef void (*cu_LogCallback)(uint32_t level, const char *message, void *userDa
 
 /* Writes a message when level is not above the threshold. By default it goes to standard error, one
  * write of the whole line per message ("info: text\n"), safe from several threads. A message that
- * standard error does not take is dropped: logging does not make a service fail. */
+ * standard error does not take is dropped, and a reader that went away raises no SIGPIPE: logging
+ * does not make a service fail. errno is left as it was.
+ * CU_INVALID_ARGUMENT: level is above CU_DEBUG. */
 uint32_t cu_Logger_log(uint32_t level, const char *message);
 
 /* The threshold: messages of a level above it are dropped. It starts as the value of the
- * environment variable ZU_LOG_LEVEL when that is a number from 0 to 4, otherwise as CU_WARNING. */
+ * environment variable ZU_LOG_LEVEL when that is a digit from 0 to 4, otherwise as CU_WARNING; the
+ * variable is read on first use. CU_INVALID_ARGUMENT: level is above CU_DEBUG. */
 uint32_t cu_Logger_setThreshold(uint32_t level);
 uint32_t cu_Logger_getThreshold(void);
 

@@ -1,0 +1,96 @@
+// The registry is used from static initialisers and destructors of any library of the process, so
+// its state is constant-initialised and never destroyed.
+#include <array>
+#include <mutex>
+
+#include "Call.hpp"
+
+namespace {
+
+using cutil::Call;
+using cutil::guarded;
+
+constexpr const char* kFile = "platform/cutil/ErrorRegistry";
+constexpr std::uint32_t kLocalBits = 24;
+constexpr std::uint32_t kModuleCount = 256;
+
+constexpr const char* kUnknownName = "UNKNOWN_ERROR_CODE";
+constexpr const char* kUnknownDescription = "Unknown error code!";
+constexpr const char* kUnknownModule = "unknown module";
+
+struct GenericText {
+  const char* name;
+  const char* description;
+};
+
+// In the order of enum cu_GenericCode.
+constexpr GenericText kGenericTexts[] = {
+    {"OK", "No error."},
+    {"MISSING_ARGUMENT", "An argument is missing or empty!"},
+    {"OUT_OF_MEMORY", "Out of memory!"},
+    {"FILE_NOT_FOUND", "A file was not found!"},
+    {"SYSTEM_FAILURE", "An operating system call failed!"},
+    {"INVALID_ARGUMENT", "An argument has a value that is not allowed!"},
+    {"EXCEPTION", "A standard exception was caught!"},
+    {"UNKNOWN_EXCEPTION", "An unknown exception was caught!"},
+};
+
+const char* genericName(std::uint32_t code) {
+  return code < std::size(kGenericTexts) ? kGenericTexts[code].name : kUnknownName;
+}
+
+const char* genericDescription(std::uint32_t code) {
+  return code < std::size(kGenericTexts) ? kGenericTexts[code].description : kUnknownDescription;
+}
+
+std::mutex mutex;
+// Guarded by mutex.
+std::array<cu_Resolver, kModuleCount> resolvers = {{{"cutil", genericName, genericDescription}}};
+
+cu_Resolver resolverOf(std::uint32_t code) noexcept {
+  const std::lock_guard lock(mutex);
+  return resolvers[code >> kLocalBits];
+}
+
+// The resolver's function is called outside the lock, so that it may use the registry itself. One
+// that breaks the rules, by throwing or by answering null, does no harm.
+const char* lookUp(std::uint32_t code, cu_ErrorText cu_Resolver::*function,
+                   const char* unknown) noexcept {
+  try {
+    const cu_ErrorText getText = resolverOf(code).*function;
+    const char* text = getText == nullptr ? nullptr : getText(code);
+    return text == nullptr ? unknown : text;
+  } catch (...) {
+    return unknown;
+  }
+}
+
+}  // namespace
+
+uint32_t cu_SetResolver(uint32_t module, cu_Resolver resolver, uint32_t localBits) {
+  const Call call(kFile, __func__);
+  return guarded(call, [&] {
+    if (module == 0 || module >= kModuleCount) return call.invalid("module", module, "1 to 255");
+    if (localBits != kLocalBits) return call.invalid("localBits", localBits, "24");
+    if (resolver.moduleName == nullptr) return call.missing("resolver.moduleName");
+    if (resolver.getName == nullptr) return call.missing("resolver.getName");
+    if (resolver.getDescription == nullptr) return call.missing("resolver.getDescription");
+
+    const std::lock_guard lock(mutex);
+    resolvers[module] = resolver;
+    return cutil::kSuccess;
+  });
+}
+
+const char* cu_GetErrorName(uint32_t code) {
+  return lookUp(code, &cu_Resolver::getName, kUnknownName);
+}
+
+const char* cu_GetErrorDescription(uint32_t code) {
+  return lookUp(code, &cu_Resolver::getDescription, kUnknownDescription);
+}
+
+const char* cu_GetErrorModule(uint32_t code) {
+  const char* name = resolverOf(code).moduleName;
+  return name == nullptr ? kUnknownModule : name;
+}

@@ -1,0 +1,204 @@
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdlib>
+#include <deque>
+#include <memory>
+#include <mutex>
+#include <new>
+#include <optional>
+#include <string>
+
+#include "Call.hpp"
+#include "String.hpp"
+
+namespace {
+
+using cutil::Call;
+using cutil::guarded;
+
+constexpr const char* kFile = "platform/cutil/SearchPath";
+
+struct Entry {
+  std::string directory;
+  // How many prepends of an equal directory failed while this was the first such entry, and wait
+  // for their remove. The count needs no memory at the moment when there is none.
+  std::size_t failedPrepends;
+};
+
+using Entries = std::deque<Entry>;
+
+Entries::iterator findEntry(Entries& entries, const char* directory) noexcept {
+  return std::find_if(entries.begin(), entries.end(),
+                      [&](const Entry& entry) { return entry.directory == directory; });
+}
+
+std::string join(const std::string& directory, const char* name) {
+  if (directory.empty()) return name;
+  return directory + (directory.back() == '/' ? "" : "/") + name;
+}
+
+bool isReadableFile(const std::string& file) noexcept {
+  struct stat status;
+  return ::stat(file.c_str(), &status) == 0 && S_ISREG(status.st_mode) &&
+         ::faccessat(AT_FDCWD, file.c_str(), R_OK, AT_EACCESS) == 0;
+}
+
+// The empty name needs no case of its own: joined to a directory it names no regular file.
+std::optional<std::string> search(const Entries& entries, const char* name) {
+  if (name[0] == '/') {
+    std::string file = name;
+    return isReadableFile(file) ? std::optional(std::move(file)) : std::nullopt;
+  }
+  for (const Entry& entry : entries) {
+    std::string file = join(entry.directory, name);
+    if (isReadableFile(file)) return file;
+  }
+  return std::nullopt;
+}
+
+// Null on failure, with errno set.
+std::unique_ptr<char, decltype(&std::free)> currentDirectory() {
+  std::unique_ptr<char, decltype(&std::free)> directory(::getcwd(nullptr, 0), &std::free);
+  if (directory == nullptr && errno == ENOMEM) throw std::bad_alloc();
+  return directory;
+}
+
+}  // namespace
+
+struct cu_SearchPath {
+  std::mutex mutex;
+  Entries entries;  // guarded by mutex
+};
+
+uint32_t cu_SearchPath_new(cu_SearchPath** path) {
+  const Call call(kFile, __func__);
+  return guarded(call, [&] {
+    if (path == nullptr) return call.missing("path");
+    *path = new cu_SearchPath;
+    return cutil::kSuccess;
+  });
+}
+
+uint32_t cu_SearchPath_delete(cu_SearchPath** path) {
+  const Call call(kFile, __func__);
+  return guarded(call, [&] {
+    if (path == nullptr) return call.missing("path");
+    if (*path == nullptr) return call.missing("*path");
+    delete *path;
+    *path = nullptr;
+    return cutil::kSuccess;
+  });
+}
+
+uint32_t cu_SearchPath_find(cu_SearchPath* path, const char* name, bool* found, cu_String* file) {
+  const Call call(kFile, __func__);
+  return guarded(call, [&] {
+    if (path == nullptr) return call.missing("path");
+    if (name == nullptr) return call.missing("name");
+    if (found == nullptr) return call.missing("found");
+    if (file == nullptr) return call.missing("file");
+
+    const std::lock_guard lock(path->mutex);
+    std::optional<std::string> match = search(path->entries, name);
+    if (match && match->front() != '/') {
+      const auto directory = currentDirectory();
+      if (directory == nullptr) {
+        const int systemError = errno;
+        const std::string description =
+            "Argument \"name\" was found as \"" + *match +
+            "\", but the current directory has no name to make that absolute!";
+        return call.fail(CU_SYSTEM_FAILURE, description.c_str(), systemError);
+      }
+      match = join(directory.get(), match->c_str());
+    }
+    if (match) file->value = std::move(*match);
+    *found = match.has_value();
+    return cutil::kSuccess;
+  });
+}
+
+uint32_t cu_SearchPath_prepend(cu_SearchPath* path, const char* directory) {
+  const Call call(kFile, __func__);
+  return guarded(call, [&] {
+    if (path == nullptr) return call.missing("path");
+    if (directory == nullptr) return call.missing("directory");
+
+    const std::lock_guard lock(path->mutex);
+    try {
+      path->entries.push_front({directory, 0});
+    } catch (...) {
+      const auto entry = findEntry(path->entries, directory);
+      if (entry != path->entries.end()) ++entry->failedPrepends;
+      throw;
+    }
+    return cutil::kSuccess;
+  });
+}
+
+uint32_t cu_SearchPath_append(cu_SearchPath* path, const char* directory) {
+  const Call call(kFile, __func__);
+  return guarded(call, [&] {
+    if (path == nullptr) return call.missing("path");
+    if (directory == nullptr) return call.missing("directory");
+
+    const std::lock_guard lock(path->mutex);
+    path->entries.push_back({directory, 0});
+    return cutil::kSuccess;
+  });
+}
+
+uint32_t cu_SearchPath_remove(cu_SearchPath* path, const char* directory, bool* removed) {
+  const Call call(kFile, __func__);
+  return guarded(call, [&] {
+    if (path == nullptr) return call.missing("path");
+    if (directory == nullptr) return call.missing("directory");
+    if (removed == nullptr) return call.missing("removed");
+
+    const std::lock_guard lock(path->mutex);
+    const auto entry = findEntry(path->entries, directory);
+    *removed = entry != path->entries.end() && entry->failedPrepends == 0;
+    if (*removed) {
+      path->entries.erase(entry);
+    } else if (entry != path->entries.end()) {
+      --entry->failedPrepends;
+    }
+    return cutil::kSuccess;
+  });
+}
+
+uint32_t cu_SearchPath_clear(cu_SearchPath* path) {
+  const Call call(kFile, __func__);
+  return guarded(call, [&] {
+    if (path == nullptr) return call.missing("path");
+    const std::lock_guard lock(path->mutex);
+    path->entries.clear();
+    return cutil::kSuccess;
+  });
+}
+
+uint32_t cu_SearchPath_count(cu_SearchPath* path, size_t* count) {
+  const Call call(kFile, __func__);
+  return guarded(call, [&] {
+    if (path == nullptr) return call.missing("path");
+    if (count == nullptr) return call.missing("count");
+    const std::lock_guard lock(path->mutex);
+    *count = path->entries.size();
+    return cutil::kSuccess;
+  });
+}
+
+uint32_t cu_SearchPath_get(cu_SearchPath* path, size_t index, cu_String* directory) {
+  const Call call(kFile, __func__);
+  return guarded(call, [&] {
+    if (path == nullptr) return call.missing("path");
+    if (directory == nullptr) return call.missing("directory");
+    const std::lock_guard lock(path->mutex);
+    if (index >= path->entries.size()) return call.invalid("index", index, "below the count");
+    directory->value = path->entries[index].directory;
+    return cutil::kSuccess;
+  });
+}

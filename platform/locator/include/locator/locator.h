@@ -19,9 +19,10 @@ extern "C" {
  * from any thread. Null when there is no memory to make it; a later call tries again.
  *
  * It starts as the directories in the environment variable ZU_CONFIG_PATH, separated by colons (an
- * empty part is the current directory), when that variable is set. Otherwise it is the current
- * directory, $XDG_CONFIG_HOME (by default $HOME/.config), each of $XDG_CONFIG_DIRS (by default
- * /etc/xdg), and /etc; relative XDG directories are ignored. */
+ * empty part is the current directory), when that variable is set, be it to the empty text.
+ * Otherwise it is the current directory, $XDG_CONFIG_HOME (by default $HOME/.config), each of
+ * $XDG_CONFIG_DIRS (by default /etc/xdg), and /etc; relative XDG directories are ignored, and empty
+ * XDG variables count as unset. Later changes of the environment have no effect. */
 cu_SearchPath *getConfigLocator(void);
 
 #ifdef __cplusplus

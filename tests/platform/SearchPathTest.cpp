@@ -1,0 +1,196 @@
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <thread>
+
+#include "Support.hpp"
+
+namespace fs = std::filesystem;
+
+namespace {
+
+class WorkingDirectory {
+ public:
+  explicit WorkingDirectory(const fs::path& directory) { fs::current_path(directory); }
+  ~WorkingDirectory() { fs::current_path(previous_); }
+  WorkingDirectory(const WorkingDirectory&) = delete;
+  WorkingDirectory& operator=(const WorkingDirectory&) = delete;
+
+ private:
+  fs::path previous_ = fs::current_path();
+};
+
+// Puts root in the place of a leading "@".
+std::string expand(const std::string& text, const fs::path& root) {
+  return !text.empty() && text[0] == '@' ? root.string() + text.substr(1) : text;
+}
+
+// The empty text stands for "not found".
+std::string find(cu_SearchPath* path, const std::string& name) {
+  bool found = false;
+  const Text file;
+  EXPECT_EQ(cu_SearchPath_find(path, name.c_str(), &found, file), 0u);
+  EXPECT_EQ(found, !file.str().empty());
+  return file.str();
+}
+
+}  // namespace
+
+TEST(SearchPath, FindsTheFirstReadableRegularFile) {
+  const TempDir temp;
+  const fs::path& root = temp.path();
+  for (const char* file : {"top", "a/file", "b/file", "b/only", "b/sub/deep", "sp ace/file"}) {
+    temp.addFile(file);
+  }
+  for (const char* directory : {"fifo", "dir/file", "link", "dangling", "empty"}) {
+    fs::create_directories(root / directory);
+  }
+  ASSERT_EQ(::mkfifo((root / "fifo/file").c_str(), 0644), 0);
+  fs::create_symlink("../b/only", root / "link/file");
+  fs::create_symlink("nowhere", root / "dangling/file");
+  fs::create_directory_symlink("b", root / "linked");
+  const WorkingDirectory here(root);
+
+  const std::string longName(5000, 'n');
+  const struct {
+    const char* name;
+    std::vector<std::string> directories;
+    std::string file;
+    std::string expected;
+  } rows[] = {
+      {"first entry", {"@/a", "@/b"}, "file", "@/a/file"},
+      {"later entry", {"@/a", "@/b"}, "only", "@/b/only"},
+      {"duplicate entries", {"@/a", "@/a", "@/b"}, "only", "@/b/only"},
+      {"nowhere", {"@/a", "@/b"}, "other", ""},
+      {"no entries", {}, "top", ""},
+      {"missing directory", {"@/missing", "@/a"}, "file", "@/a/file"},
+      {"entry is a file", {"@/a/file", "@/b"}, "file", "@/b/file"},
+      {"entry ends in a slash", {"@/a/"}, "file", "@/a/file"},
+      {"entry is the root directory", {"/"}, root.string().substr(1) + "/top", "@/top"},
+      {"blank in the entry", {"@/sp ace"}, "file", "@/sp ace/file"},
+      {"FIFO", {"@/fifo", "@/a"}, "file", "@/a/file"},
+      {"directory", {"@/dir", "@/a"}, "file", "@/a/file"},
+      {"dangling link", {"@/dangling", "@/a"}, "file", "@/a/file"},
+      {"link is followed, not resolved", {"@/link"}, "file", "@/link/file"},
+      {"link to a directory is not resolved", {"@/linked"}, "only", "@/linked/only"},
+      {"directory part", {"@/a", "@/b"}, "sub/deep", "@/b/sub/deep"},
+      {"directory part goes up", {"@/b/sub"}, "../only", "@/b/sub/../only"},
+      {"directory part is a file", {"@/a"}, "file/", ""},
+      {"relative entry", {"a"}, "file", "@/a/file"},
+      {"current directory", {""}, "top", "@/top"},
+      {"current directory, directory part", {""}, "b/only", "@/b/only"},
+      {"dot is kept", {"."}, "top", "@/./top"},
+      {"absolute name", {}, "@/a/file", "@/a/file"},
+      {"absolute name of a directory", {"@/a"}, "@/b", ""},
+      {"absolute name of a device", {}, "/dev/null", ""},
+      {"absolute name is not joined", {"@"}, "/a/file", ""},
+      {"empty name", {"@/a", "", "@/a/file"}, "", ""},
+      {"name too long", {"@/a"}, longName, ""},
+  };
+  for (const auto& row : rows) {
+    std::vector<std::string> directories;
+    for (const std::string& entry : row.directories) directories.push_back(expand(entry, root));
+    const Path path(directories);
+    EXPECT_EQ(find(path, expand(row.file, root)), expand(row.expected, root)) << row.name;
+  }
+}
+
+TEST(SearchPath, FindsInTheRootDirectory) {
+  const TempDir temp;
+  temp.addFile("top");
+  const WorkingDirectory here("/");
+  const Path path({""});
+  EXPECT_EQ(find(path, temp.path().string().substr(1) + "/top"), (temp.path() / "top").string());
+}
+
+// What counts is the effective user, who opens the file.
+TEST(SearchPath, PassesOverUnreadableFiles) {
+  const TempDir temp;
+  temp.addFile("a/file");
+  temp.addFile("b/file");
+  const std::string readable = temp.path() / "b/file";
+  fs::permissions(temp.path() / "a/file", fs::perms::none);
+  const Path path({temp.path() / "a", temp.path() / "b"});
+
+  constexpr uid_t nobody = 65534;
+  using SetUser = int (*)(uid_t);
+  for (const SetUser setUser : {SetUser(::setuid), SetUser(::seteuid)}) {
+    const Outcome outcome = inChild([&] {
+      if (::geteuid() == 0 && setUser(nobody) != 0) return false;
+      return find(path, "file") == readable;
+    });
+    EXPECT_EQ(outcome.status, 0) << outcome.errors;
+  }
+}
+
+TEST(SearchPath, TellsWhenTheCurrentDirectoryHasNoName) {
+  const TempDir temp;
+  temp.addFile("top");
+  fs::create_directory(temp.path() / "gone");
+  const Path path({".."});
+  const Text file("before");
+  bool found = true;
+  std::uint32_t code;
+  {
+    const WorkingDirectory here(temp.path() / "gone");
+    fs::remove(temp.path() / "gone");
+    code = cu_SearchPath_find(path, "top", &found, file);
+  }
+  EXPECT_EQ(code, CU_SYSTEM_FAILURE);
+  EXPECT_EQ(cu_Error_getSystemErrorCode(cu_getErrorLocation()), ENOENT);
+  EXPECT_STREQ(cu_Error_getDescription(cu_getErrorLocation()),
+               "Argument \"name\" was found as \"../top\", but the current directory has no name "
+               "to make that absolute!");
+  EXPECT_TRUE(found);
+  EXPECT_EQ(file.str(), "before");
+}
+
+TEST(SearchPath, KeepsTheTargetWhenNothingIsFound) {
+  const Path path;
+  const Text file("before");
+  bool found = true;
+  EXPECT_EQ(cu_SearchPath_find(path, "top", &found, file), 0u);
+  EXPECT_FALSE(found);
+  EXPECT_EQ(file.str(), "before");
+}
+
+TEST(SearchPath, KeepsOrderAndDuplicates) {
+  using Directories = std::vector<std::string>;
+  Path path({"/a", "/b"});
+  EXPECT_EQ(cu_SearchPath_prepend(path, "/b"), 0u);
+  EXPECT_EQ(cu_SearchPath_prepend(path, ""), 0u);
+  EXPECT_EQ(directoriesOf(path), (Directories{"", "/b", "/a", "/b"}));
+  EXPECT_TRUE(path.remove("/b"));
+  EXPECT_EQ(directoriesOf(path), (Directories{"", "/a", "/b"}));
+  EXPECT_FALSE(path.remove("/a/"));
+  EXPECT_FALSE(path.remove("/c"));
+  EXPECT_TRUE(path.remove(""));
+  EXPECT_TRUE(path.remove("/b"));
+  EXPECT_FALSE(path.remove("/b"));
+  EXPECT_EQ(directoriesOf(path), Directories{"/a"});
+  EXPECT_EQ(cu_SearchPath_clear(path), 0u);
+  EXPECT_EQ(directoriesOf(path), Directories{});
+}
+
+TEST(SearchPath, IsUsedByTwoThreads) {
+  const TempDir temp;
+  temp.addFile("file");
+  Path path({temp.path()});
+  const std::string expected = temp.path() / "file";
+  std::thread other([&] {
+    for (int i = 0; i < 2000; ++i) {
+      cu_SearchPath_prepend(path, "/a/directory/that/does/not/exist");
+      path.remove("/a/directory/that/does/not/exist");
+    }
+  });
+  int wrong = 0;
+  for (int i = 0; i < 2000; ++i) {
+    if (find(path, "file") != expected) ++wrong;
+  }
+  other.join();
+  EXPECT_EQ(wrong, 0);
+  EXPECT_EQ(directoriesOf(path), std::vector<std::string>{temp.path()});
+}

@@ -1,0 +1,108 @@
+#include "Support.hpp"
+
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <new>
+
+namespace fs = std::filesystem;
+
+namespace {
+
+constexpr int kUnlimited = -1;
+thread_local int allowedAllocations = kUnlimited;
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+  if (allowedAllocations == 0) throw std::bad_alloc();
+  if (allowedAllocations > 0) --allowedAllocations;
+  void* memory = std::malloc(size == 0 ? 1 : size);
+  if (memory == nullptr) throw std::bad_alloc();
+  return memory;
+}
+
+void operator delete(void* memory) noexcept {
+  std::free(memory);
+}
+void operator delete(void* memory, std::size_t) noexcept {
+  std::free(memory);
+}
+
+FailingAllocations::FailingAllocations(int allowed) {
+  allowedAllocations = allowed;
+}
+FailingAllocations::~FailingAllocations() {
+  allowedAllocations = kUnlimited;
+}
+
+Text::Text(const char* value) {
+  EXPECT_EQ(cu_String_new(&handle_, 0), 0u);
+  EXPECT_EQ(cu_String_set(handle_, value), 0u);
+}
+
+Path::Path(const std::vector<std::string>& directories) {
+  EXPECT_EQ(cu_SearchPath_new(&handle_), 0u);
+  for (const std::string& directory : directories) {
+    EXPECT_EQ(cu_SearchPath_append(handle_, directory.c_str()), 0u);
+  }
+}
+
+bool Path::remove(const std::string& directory) {
+  bool removed = false;
+  EXPECT_EQ(cu_SearchPath_remove(handle_, directory.c_str(), &removed), 0u);
+  return removed;
+}
+
+std::vector<std::string> directoriesOf(cu_SearchPath* path) {
+  std::size_t count = 0;
+  EXPECT_EQ(cu_SearchPath_count(path, &count), 0u);
+  std::vector<std::string> directories;
+  for (std::size_t index = 0; index < count; ++index) {
+    const Text directory;
+    EXPECT_EQ(cu_SearchPath_get(path, index, directory), 0u);
+    directories.push_back(directory.str());
+  }
+  return directories;
+}
+
+TempDir::TempDir() {
+  std::string name = fs::canonical(fs::temp_directory_path()) / "platformTestXXXXXX";
+  if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("mkdtemp " + name);
+  path_ = name;
+  fs::permissions(path_, fs::perms(0755));
+}
+
+TempDir::~TempDir() {
+  fs::remove_all(path_);
+}
+
+void TempDir::addFile(const std::string& name) const {
+  fs::create_directories((path_ / name).parent_path());
+  std::ofstream(path_ / name) << "x";
+}
+
+Outcome inChild(const std::function<bool()>& body) {
+  int ends[2];
+  if (::pipe(ends) != 0) throw std::runtime_error("pipe");
+  const pid_t child = ::fork();
+  if (child < 0) throw std::runtime_error("fork");
+  if (child == 0) {
+    ::dup2(ends[1], STDERR_FILENO);
+    ::close(ends[0]);
+    ::close(ends[1]);
+    ::_exit(body() ? 0 : 1);
+  }
+  ::close(ends[1]);
+  Outcome outcome{};
+  char buffer[1000];
+  for (ssize_t size; (size = ::read(ends[0], buffer, sizeof buffer)) > 0;) {
+    outcome.errors.append(buffer, static_cast<std::size_t>(size));
+  }
+  ::close(ends[0]);
+  ::waitpid(child, &outcome.status, 0);
+  return outcome;
+}

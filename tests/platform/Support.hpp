@@ -1,0 +1,72 @@
+// What the platform tests share: handles that delete themselves, directories and processes of their
+// own, and allocations that fail.
+#pragma once
+
+#include <cutil/cutil.h>
+
+#include <filesystem>
+#include <functional>
+#include <string>
+#include <vector>
+
+class Text {
+ public:
+  explicit Text(const char* value = "");
+  ~Text() { cu_String_delete(&handle_); }
+  Text(const Text&) = delete;
+  Text& operator=(const Text&) = delete;
+  operator cu_String*() const { return handle_; }
+  std::string str() const { return cu_String_get(handle_); }
+
+ private:
+  cu_String* handle_ = nullptr;
+};
+
+class Path {
+ public:
+  explicit Path(const std::vector<std::string>& directories = {});
+  ~Path() { cu_SearchPath_delete(&handle_); }
+  Path(const Path&) = delete;
+  Path& operator=(const Path&) = delete;
+  operator cu_SearchPath*() const { return handle_; }
+  // As cu_SearchPath_remove answers.
+  bool remove(const std::string& directory);
+
+ private:
+  cu_SearchPath* handle_ = nullptr;
+};
+
+std::vector<std::string> directoriesOf(cu_SearchPath* path);
+
+// A new directory without links in its name that any user may enter.
+class TempDir {
+ public:
+  TempDir();
+  ~TempDir();
+  TempDir(const TempDir&) = delete;
+  TempDir& operator=(const TempDir&) = delete;
+  const std::filesystem::path& path() const { return path_; }
+  // Writes a small regular file, making the directories that lead to it.
+  void addFile(const std::string& name) const;
+
+ private:
+  std::filesystem::path path_;
+};
+
+struct Outcome {
+  int status;          // as waitpid gives it: 0 when body returned true
+  std::string errors;  // what the process wrote to standard error
+};
+
+// Runs body in a forked process. Whatever reads the environment on first use, the logger and the
+// process-wide path, is tested in such processes only, so that each of them is the first.
+Outcome inChild(const std::function<bool()>& body);
+
+// While it lives, allocations of C++ on this thread fail, all but the first few.
+class FailingAllocations {
+ public:
+  explicit FailingAllocations(int allowed = 0);
+  ~FailingAllocations();
+  FailingAllocations(const FailingAllocations&) = delete;
+  FailingAllocations& operator=(const FailingAllocations&) = delete;
+};

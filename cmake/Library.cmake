@@ -29,6 +29,7 @@ add_library(zuUtilConfigObjects OBJECT
   src/config.cpp
   src/section.cpp
   src/select.cpp
+  src/session.cpp
   src/xmlConfig.cpp
   ${PROJECT_BINARY_DIR}/getGrammar.cpp)
 set_target_properties(zuUtilConfigObjects PROPERTIES POSITION_INDEPENDENT_CODE ON)

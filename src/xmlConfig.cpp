@@ -6,11 +6,12 @@
 
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/framework/MemBufInputSource.hpp>
+#include <xercesc/framework/XMLGrammarPoolImpl.hpp>
 #include <xercesc/sax/SAXException.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLException.hpp>
-#include <xercesc/util/XMLUni.hpp>
+#include <xercesc/util/XMLString.hpp>
 
 #include "cppUtil/err/Exception.hpp"
 #include "cppUtil/err/guarded.hpp"
@@ -18,6 +19,7 @@
 #include "cppUtil/logger/Logger.hpp"
 #include "service/util/config/grammar/getGrammar.hpp"
 #include "service/util/config/internal/Config.hpp"
+#include "service/util/config/xml/Session.hpp"
 #include "service/util/config/xml/create.hpp"
 #include "service/util/config/xml/internal/XmlConfigParser.hpp"
 #include "service/util/locator/ConfigLocator.hpp"
@@ -35,7 +37,9 @@ using cppUtil::err::guarded;
 using cppUtil::err::Place;
 using locator::ConfigLocator;
 using xercesc::DOMElement;
+using xercesc::DOMNode;
 using xercesc::XMLPlatformUtils;
+using xercesc::XMLString;
 
 constexpr const char* unit = "src/xmlConfig";
 
@@ -69,14 +73,11 @@ xerces::XmlString xmlName(std::string_view name) {
   return {name.begin(), name.end()};
 }
 
-// Keeps the XML library initialised while it lives.
-class Platform {
- public:
-  Platform() { XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale); }
-  ~Platform() { XMLPlatformUtils::Terminate(); }
-  Platform(const Platform&) = delete;
-  Platform& operator=(const Platform&) = delete;
-};
+const xerces::XmlString configName = xmlName("config");
+const xerces::XmlString propertyName = xmlName("property");
+const xerces::XmlString includeName = xmlName("include");
+const xerces::XmlString sectionName = xmlName("section");
+const xerces::XmlString nameName = xmlName("name");
 
 // Stands in for an exception of the XML library, which must not outlive the library's termination.
 struct XmlLibraryFailure {};
@@ -119,10 +120,8 @@ void logParsing(const std::string& fileName) {
   logger.log();
 }
 
-// Switches on validation against the grammar of configuration files and the caller's schemas. What
-// the XML library reports about the grammar goes to errors.
-void enableValidation(xerces::Parser& parser, xerces::ErrorHandler& errors,
-                      const SchemeList& schemes) {
+// Switches on validation against the grammars in the parser's pool and the caller's schemas.
+void enableValidation(xerces::Parser& parser, const SchemeList& schemes) {
   std::string locations;
   for (const auto& [uri, location] : schemes) {
     locations += uri + " " + location + "\n";
@@ -131,9 +130,12 @@ void enableValidation(xerces::Parser& parser, xerces::ErrorHandler& errors,
   parser.setDoSchema(true);
   parser.setValidationConstraintFatal(true);
   parser.setExternalSchemaLocation(locations.c_str());
-
-  parser.cacheGrammarFromParse(true);
   parser.useCachedGrammarInParse(true);
+}
+
+// Compiles the grammar of configuration files into the parser's pool. What the XML library has to
+// say about the grammar goes to errors, which the parser refers to until it parses.
+void loadGrammar(xerces::Parser& parser, xerces::ErrorHandler& errors) {
   const std::vector<char> grammar = grammar::getGrammar();
   const xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(grammar.data()),
                                           grammar.size(), "config.xsd");
@@ -142,12 +144,34 @@ void enableValidation(xerces::Parser& parser, xerces::ErrorHandler& errors,
   if (errors.hasErrors()) throw xerces::Exception() << errors.getReport();
 }
 
-// Runs step for each child element called name, guarded at place.
+// The child elements of an element that mean something, by kind, each kind in document order.
+struct Children {
+  explicit Children(const DOMElement& parent) {
+    for (const DOMNode* node = parent.getFirstChild(); node != nullptr;
+         node = node->getNextSibling()) {
+      if (node->getNodeType() != DOMNode::ELEMENT_NODE) continue;
+      const auto* element = static_cast<const DOMElement*>(node);
+      const XMLCh* name = element->getLocalName();
+      if (XMLString::equals(name, propertyName.c_str())) {
+        properties.push_back(element);
+      } else if (XMLString::equals(name, sectionName.c_str())) {
+        sections.push_back(element);
+      } else if (XMLString::equals(name, includeName.c_str())) {
+        includes.push_back(element);
+      }
+    }
+  }
+
+  std::vector<const DOMElement*> properties;
+  std::vector<const DOMElement*> includes;
+  std::vector<const DOMElement*> sections;
+};
+
+// Runs step for each element, guarded at place.
 template <class Step>
-void forEachChild(const DOMElement& parent, std::string_view name, const Place& place,
-                  const Step& step) {
-  for (const DOMElement* child : xerces::namedChildElements(parent, xmlName(name))) {
-    guarded(place, [&] { step(*child); });
+void forEach(const std::vector<const DOMElement*>& elements, const Place& place, const Step& step) {
+  for (const DOMElement* element : elements) {
+    guarded(place, [&] { step(*element); });
   }
 }
 
@@ -162,6 +186,14 @@ namespace internal {
 
 using config::internal::Config;
 
+// What the files of one load have in common.
+struct XmlConfigParser::Load {
+  // Holds the grammar of configuration files and nothing else: schemas that one file brings along
+  // must not change what holds for the next.
+  xercesc::XMLGrammarPoolImpl grammars{XMLPlatformUtils::fgMemoryManager};
+  bool hasGrammar = false;
+};
+
 XmlConfigParser::XmlConfigParser(const std::string& file, const SchemeList& schemes, bool validate)
     : config(std::make_shared<Config>()),
       fileName(ConfigLocator::find(file)),
@@ -171,8 +203,13 @@ XmlConfigParser::XmlConfigParser(const std::string& file, const SchemeList& sche
     throw Exception(CU_MISSING_ARGUMENT, 0, unit, constructorSignature, __LINE__, "");
   }
   const std::string directory = cppUtil::fileName::getPath(fileName);
-  const Platform platform;
-  withoutXmlExceptions([&] { withDirectory(directory, [&] { parse(config, fileName); }); });
+  const Session session;
+  withoutXmlExceptions([&] {
+    Load running;
+    load = &running;
+    withDirectory(directory, [&] { parse(config, fileName); });
+    load = nullptr;
+  });
 }
 
 XmlConfigParser::~XmlConfigParser() = default;
@@ -185,8 +222,12 @@ void XmlConfigParser::parse(const IConfigPtr& config, const std::string& fileNam
   logParsing(fileName);
 
   xerces::ErrorHandler grammarErrors;
-  xerces::Parser parser;
-  if (validate) enableValidation(parser, grammarErrors, schemes);
+  xerces::Parser parser(load == nullptr ? nullptr : &load->grammars);
+  if (validate) {
+    enableValidation(parser, schemes);
+    if (load == nullptr || !load->hasGrammar) loadGrammar(parser, grammarErrors);
+    if (load != nullptr) load->hasGrammar = true;
+  }
   const xercesc::DOMDocument* document = parser.parseDoc(fileName);
   const DOMElement* root = document->getDocumentElement();
   if (root == nullptr) {
@@ -197,35 +238,37 @@ void XmlConfigParser::parse(const IConfigPtr& config, const std::string& fileNam
 
 void XmlConfigParser::parseConfig(const IConfigPtr& config, const DOMElement& root) {
   const auto at = [](int line) { return Place{unit, parseConfigSignature, line}; };
-  guarded(at(__LINE__), [&] { xerces::match(root, xmlName("config")); });
-  forEachChild(root, "property", at(__LINE__), [&](const auto& e) { parseProperty(config, e); });
-  forEachChild(root, "include", at(__LINE__), [&](const auto& e) { parseInclude(config, e); });
-  forEachChild(root, "section", at(__LINE__), [&](const auto& e) { parseSection(config, e); });
+  guarded(at(__LINE__), [&] { xerces::match(root, configName); });
+  const Children children(root);
+  forEach(children.properties, at(__LINE__), [&](const auto& e) { parseProperty(config, e); });
+  forEach(children.includes, at(__LINE__), [&](const auto& e) { parseInclude(config, e); });
+  forEach(children.sections, at(__LINE__), [&](const auto& e) { parseSection(config, e); });
 }
 
 void XmlConfigParser::parseSection(const IConfigPtr& parent, const DOMElement& element) {
   const auto at = [](int line) { return Place{unit, parseSectionSignature, line}; };
-  guarded(at(__LINE__), [&] { xerces::match(element, xmlName("section")); });
+  guarded(at(__LINE__), [&] { xerces::match(element, sectionName); });
   const std::string name =
-      guarded(at(__LINE__), [&] { return xerces::mandatoryAttribute(element, xmlName("name")); });
+      guarded(at(__LINE__), [&] { return xerces::mandatoryAttribute(element, nameName); });
   const IConfigPtr child = parent->addSection(name);
-  forEachChild(element, "property", at(__LINE__), [&](const auto& e) { parseProperty(child, e); });
-  forEachChild(element, "include", at(__LINE__), [&](const auto& e) { parseInclude(child, e); });
-  forEachChild(element, "section", at(__LINE__), [&](const auto& e) { parseSection(child, e); });
+  const Children children(element);
+  forEach(children.properties, at(__LINE__), [&](const auto& e) { parseProperty(child, e); });
+  forEach(children.includes, at(__LINE__), [&](const auto& e) { parseInclude(child, e); });
+  forEach(children.sections, at(__LINE__), [&](const auto& e) { parseSection(child, e); });
 }
 
 void XmlConfigParser::parseProperty(const IConfigPtr& config, const DOMElement& element) {
   const auto at = [](int line) { return Place{unit, parsePropertySignature, line}; };
-  guarded(at(__LINE__), [&] { xerces::match(element, xmlName("property")); });
+  guarded(at(__LINE__), [&] { xerces::match(element, propertyName); });
   const std::string name =
-      guarded(at(__LINE__), [&] { return xerces::mandatoryAttribute(element, xmlName("name")); });
+      guarded(at(__LINE__), [&] { return xerces::mandatoryAttribute(element, nameName); });
   const std::string value = guarded(at(__LINE__), [&] { return xerces::textContent(element); });
   config->addProperty(name, value);
 }
 
 void XmlConfigParser::parseInclude(const IConfigPtr& config, const DOMElement& element) {
   const auto at = [](int line) { return Place{unit, parseIncludeSignature, line}; };
-  guarded(at(__LINE__), [&] { xerces::match(element, xmlName("include")); });
+  guarded(at(__LINE__), [&] { xerces::match(element, includeName); });
   guarded(at(__LINE__), [&] {
     const std::string text = xerces::textContent(element);
     const std::string path = ConfigLocator::find(text);

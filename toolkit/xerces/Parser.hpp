@@ -39,8 +39,9 @@ class Parser : public xercesc::XercesDOMParser {
     static const XMLCh* getLocationTagName();
   };
 
-  // Namespaces on, ignorable white space off; everything else as the XML library has it.
-  Parser();
+  // Namespaces on, ignorable white space off; everything else as the XML library has it. grammars:
+  // a pool that the caller owns and keeps longer than the parser; null for one of its own.
+  explicit Parser(xercesc::XMLGrammarPool* grammars = nullptr);
   ~Parser() override;
   Parser(const Parser&) = delete;
   Parser& operator=(const Parser&) = delete;
@@ -67,6 +68,8 @@ class Parser : public xercesc::XercesDOMParser {
   ErrorHandler errorHandler;
   std::string fileName;
   std::vector<xercesc::DOMDocument*> earlierDocuments;  // owned
+  std::vector<LocationTag*> tags;                       // made by this parser; see the destructor
+  unsigned int handledBefore;                           // notices when the parser was built
 };
 
 }  // namespace xerces

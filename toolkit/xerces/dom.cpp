@@ -1,6 +1,7 @@
 #include "xerces/dom.hpp"
 
 #include <memory>
+#include <xercesc/dom/DOMAttr.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLString.hpp>
 
@@ -22,6 +23,29 @@ struct ReleaseText {
   }
 };
 
+using LocalText = std::unique_ptr<char, ReleaseText>;
+
+// Whether the local code page writes every ASCII character as itself, as all usual ones do.
+bool isLocalAscii() {
+  static const bool answer = [] {
+    std::string ascii;
+    for (char c = 1; c > 0; ++c) ascii += c;
+    const XmlString text(ascii.begin(), ascii.end());
+    const LocalText local(XMLString::transcode(text.c_str(), XMLPlatformUtils::fgMemoryManager));
+    return local != nullptr && ascii == local.get();
+  }();
+  return answer;
+}
+
+// The text of most elements and attributes is one text node, which is read in place: the XML
+// library's own answer is several times slower. Null for all others.
+const XMLCh* onlyTextOf(const DOMNode& node) {
+  const DOMNode* child = node.getFirstChild();
+  const bool isOnlyText = child != nullptr && child->getNodeType() == DOMNode::TEXT_NODE &&
+                          child->getNextSibling() == nullptr;
+  return isOnlyText ? child->getNodeValue() : nullptr;
+}
+
 Exception failureAt(const DOMElement& element) {
   const Parser::LocationTag& tag = Parser::getLocationTag(&element);
   Exception failure;
@@ -37,9 +61,13 @@ std::string transcode(const XmlString& text) {
 }
 
 std::string transcode(const XMLCh* text) {
-  const std::unique_ptr<char, ReleaseText> buffer(
-      XMLString::transcode(text, XMLPlatformUtils::fgMemoryManager));
-  return buffer == nullptr ? std::string() : buffer.get();
+  if (text == nullptr) return "";
+  const XMLCh* end = text;
+  while (*end != 0 && *end < 0x80) ++end;
+  if (*end == 0 && isLocalAscii()) return {text, end};
+
+  const LocalText local(XMLString::transcode(text, XMLPlatformUtils::fgMemoryManager));
+  return local == nullptr ? std::string() : local.get();
 }
 
 std::list<DOMElement*> namedChildElements(const DOMElement& element, const XmlString& name) {
@@ -60,7 +88,9 @@ void match(const DOMElement& element, const XmlString& name) {
 }
 
 std::string mandatoryAttribute(const DOMElement& element, const XmlString& name) {
-  std::string value = transcode(element.getAttribute(name.c_str()));
+  const DOMNode* attribute = element.getAttributeNode(name.c_str());
+  const XMLCh* text = attribute == nullptr ? nullptr : onlyTextOf(*attribute);
+  std::string value = transcode(text != nullptr ? text : element.getAttribute(name.c_str()));
   if (value.empty()) {
     throw failureAt(element) << ": expected attribute \"" << transcode(name) << "\"!";
   }
@@ -68,7 +98,8 @@ std::string mandatoryAttribute(const DOMElement& element, const XmlString& name)
 }
 
 std::string textContent(const DOMElement& element) {
-  std::string text = transcode(element.getTextContent());
+  const XMLCh* content = onlyTextOf(element);
+  std::string text = transcode(content != nullptr ? content : element.getTextContent());
   if (text.empty()) {
     throw failureAt(element) << ": expected element to have a text content!";
   }

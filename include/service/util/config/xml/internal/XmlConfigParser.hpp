@@ -45,10 +45,13 @@ class ZU_EXPORT XmlConfigParser {
   void parseInclude(const IConfigPtr& config, const ZU_XERCES_NAMESPACE::DOMElement& element);
 
  private:
+  struct Load;
+
   IConfigPtr config;
   std::string fileName;
   SchemeList schemes;
   bool validate;
+  Load* load = nullptr;  // of the load that is running, in the constructor
 };
 
 }  // namespace service::util::config::xml::internal

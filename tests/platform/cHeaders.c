@@ -3,15 +3,15 @@
 #include <locator/locator.h>
 #include <string.h>
 
-static const char *textOf(uint32_t code) {
+static const char* textOf(uint32_t code) {
   (void)code;
   return "FROM_C";
 }
 
 /* The first step that went wrong, or null. */
-const char *usePlatformFromC(void) {
+const char* usePlatformFromC(void) {
   cu_Resolver resolver = {"fromC", textOf, textOf};
-  cu_String *text = NULL;
+  cu_String* text = NULL;
   bool found = true;
   bool right;
 

@@ -34,36 +34,36 @@ extern "C" {
 
 enum cu_GenericCode {
   CU_OK = 0,
-  CU_MISSING_ARGUMENT = 1,  /* an argument is missing or empty */
+  CU_MISSING_ARGUMENT = 1, /* an argument is missing or empty */
   CU_OUT_OF_MEMORY = 2,
   CU_FILE_NOT_FOUND = 3,
-  CU_SYSTEM_FAILURE = 4,    /* an operating-system call failed; its error number is in the record */
-  CU_INVALID_ARGUMENT = 5,  /* an argument has a value that is not allowed */
-  CU_EXCEPTION = 6,         /* a C++ standard exception was caught */
-  CU_UNKNOWN_EXCEPTION = 7  /* any other C++ exception was caught */
+  CU_SYSTEM_FAILURE = 4,   /* an operating-system call failed; its error number is in the record */
+  CU_INVALID_ARGUMENT = 5, /* an argument has a value that is not allowed */
+  CU_EXCEPTION = 6,        /* a C++ standard exception was caught */
+  CU_UNKNOWN_EXCEPTION = 7 /* any other C++ exception was caught */
 };
 
-typedef const char *(*cu_ErrorText)(uint32_t code);
+typedef const char* (*cu_ErrorText)(uint32_t code);
 
 /* What a module tells the registry. All pointers must stay valid for the life of the process; both
  * functions take the full code, never return null and may be called from any thread. */
 typedef struct cu_Resolver {
-  const char *moduleName;
+  const char* moduleName;
   cu_ErrorText getName;
   cu_ErrorText getDescription;
 } cu_Resolver;
 
 /* Registers the texts of a module, replacing what was registered for it before. localBits is the
  * number of low-order bits that hold the module-local number; only 24 is supported.
- * CU_INVALID_ARGUMENT: module is 0 or above 255, or localBits is not 24. CU_MISSING_ARGUMENT: one of
- * the resolver's pointers is null. May be called from static initialisers and destructors. */
+ * CU_INVALID_ARGUMENT: module is 0 or above 255, or localBits is not 24. CU_MISSING_ARGUMENT: one
+ * of the resolver's pointers is null. May be called from static initialisers and destructors. */
 uint32_t cu_SetResolver(uint32_t module, cu_Resolver resolver, uint32_t localBits);
 
 /* Short name ("NOT_FOUND"), one-line description and module name of a code. Never null; a code that
  * nobody knows gets a text that says so. The text is owned by its module and is never freed. */
-const char *cu_GetErrorName(uint32_t code);
-const char *cu_GetErrorDescription(uint32_t code);
-const char *cu_GetErrorModule(uint32_t code);
+const char* cu_GetErrorName(uint32_t code);
+const char* cu_GetErrorDescription(uint32_t code);
+const char* cu_GetErrorModule(uint32_t code);
 
 /* ---- Error record --------------------------------------------------------------------------- */
 
@@ -72,29 +72,29 @@ typedef struct cu_ErrorLocation cu_ErrorLocation;
 /* The record of the last failed call on this thread; never null, empty before the first failure.
  * It is owned by the library; it and the texts read from it are valid on this thread until the next
  * failing call. A long description is cut; a null location reads as an empty record. */
-const cu_ErrorLocation *cu_getErrorLocation(void);
-int cu_Error_getSystemErrorCode(const cu_ErrorLocation *location); /* errno value; 0 when none */
-const char *cu_Error_getFileName(const cu_ErrorLocation *location);
-const char *cu_Error_getFunctionName(const cu_ErrorLocation *location);
-int cu_Error_getLineNumber(const cu_ErrorLocation *location);
-const char *cu_Error_getDescription(const cu_ErrorLocation *location);
+const cu_ErrorLocation* cu_getErrorLocation(void);
+int cu_Error_getSystemErrorCode(const cu_ErrorLocation* location); /* errno value; 0 when none */
+const char* cu_Error_getFileName(const cu_ErrorLocation* location);
+const char* cu_Error_getFunctionName(const cu_ErrorLocation* location);
+int cu_Error_getLineNumber(const cu_ErrorLocation* location);
+const char* cu_Error_getDescription(const cu_ErrorLocation* location);
 
 /* ---- Text objects --------------------------------------------------------------------------- */
 
 typedef struct cu_String cu_String;
 
 /* Creates an empty text object. capacity: bytes to reserve in advance, 0 for none. */
-uint32_t cu_String_new(cu_String **text, size_t capacity);
+uint32_t cu_String_new(cu_String** text, size_t capacity);
 /* The text, owned by the object, valid until it is changed or deleted; "" for a null handle. */
-const char *cu_String_get(const cu_String *text);
-uint32_t cu_String_set(cu_String *text, const char *value);
-uint32_t cu_String_delete(cu_String **text);
+const char* cu_String_get(const cu_String* text);
+uint32_t cu_String_set(cu_String* text, const char* value);
+uint32_t cu_String_delete(cu_String** text);
 
 /* ---- File names ----------------------------------------------------------------------------- */
 
 /* Stores the directory part of fileName, as POSIX dirname gives it: "/a/b" -> "/a", "/a" -> "/",
  * "a/b/" -> "a", "a" -> ".", "" -> ".". */
-uint32_t cu_Filename_getPath(const char *fileName, cu_String *path);
+uint32_t cu_Filename_getPath(const char* fileName, cu_String* path);
 
 /* ---- Search paths --------------------------------------------------------------------------- */
 
@@ -102,8 +102,8 @@ uint32_t cu_Filename_getPath(const char *fileName, cu_String *path);
  * look-up, as in PATH. Entries are kept as they were given, duplicates included. */
 typedef struct cu_SearchPath cu_SearchPath;
 
-uint32_t cu_SearchPath_new(cu_SearchPath **path);
-uint32_t cu_SearchPath_delete(cu_SearchPath **path);
+uint32_t cu_SearchPath_new(cu_SearchPath** path);
+uint32_t cu_SearchPath_delete(cu_SearchPath** path);
 
 /* Finds the first directory that holds a regular file called name that this process may read, and
  * stores the file's name in file: absolute (made so against the current directory), otherwise
@@ -111,21 +111,21 @@ uint32_t cu_SearchPath_delete(cu_SearchPath **path);
  * directory part is joined to each entry; an absolute name is looked at by itself; the empty name
  * is not found. Links are followed; a directory, FIFO, socket or device is no match. Not finding
  * the file is no failure: *found is false and file is left untouched. */
-uint32_t cu_SearchPath_find(cu_SearchPath *path, const char *name, bool *found, cu_String *file);
+uint32_t cu_SearchPath_find(cu_SearchPath* path, const char* name, bool* found, cu_String* file);
 
 /* Inserts a directory at the front. Whoever prepends must remove the same directory later, also
  * when the prepend failed for want of memory: that remove then answers *removed = false and leaves
  * alone an equal entry that was on the path before. Clearing the path in between forgets this. */
-uint32_t cu_SearchPath_prepend(cu_SearchPath *path, const char *directory);
+uint32_t cu_SearchPath_prepend(cu_SearchPath* path, const char* directory);
 /* Adds a directory at the end. */
-uint32_t cu_SearchPath_append(cu_SearchPath *path, const char *directory);
+uint32_t cu_SearchPath_append(cu_SearchPath* path, const char* directory);
 /* Takes out the first entry that equals directory byte by byte, so that nested pairs of prepend and
  * remove balance; *removed tells whether one was taken out. Needs no memory. */
-uint32_t cu_SearchPath_remove(cu_SearchPath *path, const char *directory, bool *removed);
-uint32_t cu_SearchPath_clear(cu_SearchPath *path);
-uint32_t cu_SearchPath_count(cu_SearchPath *path, size_t *count);
+uint32_t cu_SearchPath_remove(cu_SearchPath* path, const char* directory, bool* removed);
+uint32_t cu_SearchPath_clear(cu_SearchPath* path);
+uint32_t cu_SearchPath_count(cu_SearchPath* path, size_t* count);
 /* Stores entry index, 0 being the front. CU_INVALID_ARGUMENT: index is not below the count. */
-uint32_t cu_SearchPath_get(cu_SearchPath *path, size_t index, cu_String *directory);
+uint32_t cu_SearchPath_get(cu_SearchPath* path, size_t index, cu_String* directory);
 
 /* ---- Log ------------------------------------------------------------------------------------ */
 
@@ -133,14 +133,14 @@ enum cu_LogLevel { CU_FATAL = 0, CU_ERROR = 1, CU_WARNING = 2, CU_INFO = 3, CU_D
 
 /* Receives each message that passes the threshold, on the thread that logs. message is valid during
  * the call only. It must not throw, and must not log or change the callback. */
-typedef void (*cu_LogCallback)(uint32_t level, const char *message, void *userData);
+typedef void (*cu_LogCallback)(uint32_t level, const char* message, void* userData);
 
 /* Writes a message when level is not above the threshold. By default it goes to standard error, one
  * write of the whole line per message ("info: text\n"), safe from several threads. A message that
  * standard error does not take is dropped, and a reader that went away raises no SIGPIPE: logging
  * does not make a service fail. errno is left as it was.
  * CU_INVALID_ARGUMENT: level is above CU_DEBUG. */
-uint32_t cu_Logger_log(uint32_t level, const char *message);
+uint32_t cu_Logger_log(uint32_t level, const char* message);
 
 /* The threshold: messages of a level above it are dropped. It starts as the value of the
  * environment variable ZU_LOG_LEVEL when that is a digit from 0 to 4, otherwise as CU_WARNING; the
@@ -150,7 +150,7 @@ uint32_t cu_Logger_getThreshold(void);
 
 /* Installs a callback in the place of standard error; null puts standard error back. After it has
  * returned, the previous callback is running on no thread and will not be called again. */
-uint32_t cu_Logger_setCallback(cu_LogCallback callback, void *userData);
+uint32_t cu_Logger_setCallback(cu_LogCallback callback, void* userData);
 
 #ifdef __cplusplus
 }

@@ -23,7 +23,7 @@ extern "C" {
  * Otherwise it is the current directory, $XDG_CONFIG_HOME (by default $HOME/.config), each of
  * $XDG_CONFIG_DIRS (by default /etc/xdg), and /etc; relative XDG directories are ignored, and empty
  * XDG variables count as unset. Later changes of the environment have no effect. */
-cu_SearchPath *getConfigLocator(void);
+cu_SearchPath* getConfigLocator(void);
 
 #ifdef __cplusplus
 }

@@ -26,6 +26,7 @@ add_library(zuUtilConfigObjects OBJECT
   toolkit/xerces/Exception.cpp
   toolkit/xerces/Parser.cpp
   toolkit/xerces/dom.cpp
+  src/DocumentParser.cpp
   src/config.cpp
   src/section.cpp
   src/select.cpp

@@ -13,10 +13,12 @@
 #include <xercesc/util/XMLException.hpp>
 #include <xercesc/util/XMLString.hpp>
 
+#include "DocumentParser.hpp"
 #include "cppUtil/err/Exception.hpp"
 #include "cppUtil/err/guarded.hpp"
 #include "cppUtil/fileName/getPath.hpp"
 #include "cppUtil/logger/Logger.hpp"
+#include "names.hpp"
 #include "service/util/config/grammar/getGrammar.hpp"
 #include "service/util/config/internal/Config.hpp"
 #include "service/util/config/xml/Session.hpp"
@@ -67,17 +69,6 @@ constexpr const char* parseIncludeSignature =
     "const xercesc_3_1::DOMElement&)";
 
 constexpr std::uint32_t infoLevel = CU_INFO;
-
-// Names in documents, from their ASCII spelling.
-xerces::XmlString xmlName(std::string_view name) {
-  return {name.begin(), name.end()};
-}
-
-const xerces::XmlString configName = xmlName("config");
-const xerces::XmlString propertyName = xmlName("property");
-const xerces::XmlString includeName = xmlName("include");
-const xerces::XmlString sectionName = xmlName("section");
-const xerces::XmlString nameName = xmlName("name");
 
 // Stands in for an exception of the XML library, which must not outlive the library's termination.
 struct XmlLibraryFailure {};
@@ -152,11 +143,11 @@ struct Children {
       if (node->getNodeType() != DOMNode::ELEMENT_NODE) continue;
       const auto* element = static_cast<const DOMElement*>(node);
       const XMLCh* name = element->getLocalName();
-      if (XMLString::equals(name, propertyName.c_str())) {
+      if (XMLString::equals(name, names::property.c_str())) {
         properties.push_back(element);
-      } else if (XMLString::equals(name, sectionName.c_str())) {
+      } else if (XMLString::equals(name, names::section.c_str())) {
         sections.push_back(element);
-      } else if (XMLString::equals(name, includeName.c_str())) {
+      } else if (XMLString::equals(name, names::include.c_str())) {
         includes.push_back(element);
       }
     }
@@ -222,7 +213,7 @@ void XmlConfigParser::parse(const IConfigPtr& config, const std::string& fileNam
   logParsing(fileName);
 
   xerces::ErrorHandler grammarErrors;
-  xerces::Parser parser(load == nullptr ? nullptr : &load->grammars);
+  DocumentParser parser(load == nullptr ? nullptr : &load->grammars);
   if (validate) {
     enableValidation(parser, schemes);
     if (load == nullptr || !load->hasGrammar) loadGrammar(parser, grammarErrors);
@@ -238,7 +229,7 @@ void XmlConfigParser::parse(const IConfigPtr& config, const std::string& fileNam
 
 void XmlConfigParser::parseConfig(const IConfigPtr& config, const DOMElement& root) {
   const auto at = [](int line) { return Place{unit, parseConfigSignature, line}; };
-  guarded(at(__LINE__), [&] { xerces::match(root, configName); });
+  guarded(at(__LINE__), [&] { xerces::match(root, names::config); });
   const Children children(root);
   forEach(children.properties, at(__LINE__), [&](const auto& e) { parseProperty(config, e); });
   forEach(children.includes, at(__LINE__), [&](const auto& e) { parseInclude(config, e); });
@@ -247,9 +238,9 @@ void XmlConfigParser::parseConfig(const IConfigPtr& config, const DOMElement& ro
 
 void XmlConfigParser::parseSection(const IConfigPtr& parent, const DOMElement& element) {
   const auto at = [](int line) { return Place{unit, parseSectionSignature, line}; };
-  guarded(at(__LINE__), [&] { xerces::match(element, sectionName); });
+  guarded(at(__LINE__), [&] { xerces::match(element, names::section); });
   const std::string name =
-      guarded(at(__LINE__), [&] { return xerces::mandatoryAttribute(element, nameName); });
+      guarded(at(__LINE__), [&] { return xerces::mandatoryAttribute(element, names::name); });
   const IConfigPtr child = parent->addSection(name);
   const Children children(element);
   forEach(children.properties, at(__LINE__), [&](const auto& e) { parseProperty(child, e); });
@@ -259,16 +250,16 @@ void XmlConfigParser::parseSection(const IConfigPtr& parent, const DOMElement& e
 
 void XmlConfigParser::parseProperty(const IConfigPtr& config, const DOMElement& element) {
   const auto at = [](int line) { return Place{unit, parsePropertySignature, line}; };
-  guarded(at(__LINE__), [&] { xerces::match(element, propertyName); });
+  guarded(at(__LINE__), [&] { xerces::match(element, names::property); });
   const std::string name =
-      guarded(at(__LINE__), [&] { return xerces::mandatoryAttribute(element, nameName); });
+      guarded(at(__LINE__), [&] { return xerces::mandatoryAttribute(element, names::name); });
   const std::string value = guarded(at(__LINE__), [&] { return xerces::textContent(element); });
   config->addProperty(name, value);
 }
 
 void XmlConfigParser::parseInclude(const IConfigPtr& config, const DOMElement& element) {
   const auto at = [](int line) { return Place{unit, parseIncludeSignature, line}; };
-  guarded(at(__LINE__), [&] { xerces::match(element, includeName); });
+  guarded(at(__LINE__), [&] { xerces::match(element, names::include); });
   guarded(at(__LINE__), [&] {
     const std::string text = xerces::textContent(element);
     const std::string path = ConfigLocator::find(text);

@@ -4,9 +4,8 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdlib>
+#include <climits>
 #include <deque>
-#include <memory>
 #include <mutex>
 #include <new>
 #include <optional>
@@ -60,11 +59,11 @@ std::optional<std::string> search(const Entries& entries, const char* name) {
   return std::nullopt;
 }
 
-// Null on failure, with errno set.
-std::unique_ptr<char, decltype(&std::free)> currentDirectory() {
-  std::unique_ptr<char, decltype(&std::free)> directory(::getcwd(nullptr, 0), &std::free);
-  if (directory == nullptr && errno == ENOMEM) throw std::bad_alloc();
-  return directory;
+// Nothing on failure, with errno set.
+std::optional<std::string> currentDirectory() {
+  char buffer[PATH_MAX];  // the kernel gives no longer name
+  if (::getcwd(buffer, sizeof buffer) == nullptr) return std::nullopt;
+  return buffer;
 }
 
 }  // namespace
@@ -106,14 +105,14 @@ uint32_t cu_SearchPath_find(cu_SearchPath* path, const char* name, bool* found, 
     std::optional<std::string> match = search(path->entries, name);
     if (match && match->front() != '/') {
       const auto directory = currentDirectory();
-      if (directory == nullptr) {
+      if (!directory) {
         const int systemError = errno;
         const std::string description =
             "Argument \"name\" was found as \"" + *match +
             "\", but the current directory has no name to make that absolute!";
         return call.fail(CU_SYSTEM_FAILURE, description.c_str(), systemError);
       }
-      match = join(directory.get(), match->c_str());
+      match = join(*directory, match->c_str());
     }
     if (match) file->value = std::move(*match);
     *found = match.has_value();

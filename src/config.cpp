@@ -70,6 +70,14 @@ std::uint32_t countOf(const Map& map, const std::string& name) {
   return found == map.end() ? 0 : static_cast<std::uint32_t>(found->second.size());
 }
 
+template <class Map>
+std::vector<std::string> namesOf(const Map& map) {
+  std::vector<std::string> names;
+  names.reserve(map.size());
+  for (const auto& [name, elements] : map) names.push_back(name);
+  return names;
+}
+
 // Appends element to the elements under name. When the append fails, no empty entry stays behind.
 template <class Map, class Element>
 void append(Map& map, const std::string& name, const Element& element) {
@@ -127,6 +135,14 @@ bool Config::getProperty(const Select& select, std::string& value) const {
     current = static_cast<const Config*>(current)->findSection(name, index).get();
   }
   return current->getProperty(select.propertyName, value, select.propertyIndex);
+}
+
+std::vector<std::string> Config::getPropertyNames() const {
+  return namesOf(properties);
+}
+
+std::vector<std::string> Config::getSectionNames() const {
+  return namesOf(sections);
 }
 
 const IConfigPtr& Config::findSection(const std::string& name, std::uint32_t index) const {

@@ -31,6 +31,11 @@ class ZU_EXPORT Config : public IConfig {
   bool getProperty(const Select& select, std::string& value) const override;
   ~Config() override;
 
+  // The names that have at least one value, and those that have at least one section, each once, in
+  // byte order. Together with the counts they show the whole content.
+  std::vector<std::string> getPropertyNames() const;
+  std::vector<std::string> getSectionNames() const;
+
  private:
   const IConfigPtr& findSection(const std::string& name, std::uint32_t index) const;
 

@@ -148,6 +148,25 @@ void Parser::startElement(const xercesc::XMLElementDecl& declaration, unsigned i
   ++tag.release()->refCount;
 }
 
+// With namespaces on, the scanner reports an empty tag as a start tag and an end tag at the same
+// position, and never as empty.
+void Parser::endElement(const xercesc::XMLElementDecl& declaration, unsigned int urlId, bool isRoot,
+                        const XMLCh* prefix) {
+  AbstractDOMParser::endElement(declaration, urlId, isRoot, prefix);
+  DOMNode* element = getCurrentNode();
+  if (element->hasChildNodes()) return;
+
+  const auto* tag = static_cast<LocationTag*>(element->getUserData(LOCATION_TAG_KEY));
+  const xercesc::Locator* locator = getScanner()->getLocator();
+  if (tag == nullptr || tag->line != static_cast<int>(locator->getLineNumber()) ||
+      tag->column != static_cast<int>(locator->getColumnNumber())) {
+    return;
+  }
+  element->setUserData(LOCATION_TAG_KEY, nullptr, nullptr);
+  delete tag;
+  tags.pop_back();  // the newest one: the element has no children
+}
+
 // Takes over the document of the last parse, before the base class forgets to release it.
 void Parser::keepDocument() {
   if (getDocument() == nullptr) return;

@@ -57,10 +57,12 @@ class Parser : public xercesc::XercesDOMParser {
 
   static LocationTagHandler& getLocationTagHandler();
 
-  // Called by the XML library for each start tag.
+  // Called by the XML library for each start and end tag.
   void startElement(const xercesc::XMLElementDecl& declaration, unsigned int urlId,
                     const XMLCh* prefix, const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes,
                     XMLSize_t attributeCount, bool isEmpty, bool isRoot) override;
+  void endElement(const xercesc::XMLElementDecl& declaration, unsigned int urlId, bool isRoot,
+                  const XMLCh* prefix) override;
 
  private:
   void keepDocument();

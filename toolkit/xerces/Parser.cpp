@@ -23,6 +23,13 @@ constexpr XMLCh LOCATION_TAG_KEY[] = {'L', 'i', 'n', 'e', 'N', 'u', 'm', 'b', 'e
 // How often the DOM told the handler of a tag.
 std::atomic<unsigned int> handledNotices{0};
 
+// The tag of every document node. Its count starts below that of a node, yet copies of a document
+// make up for that, so the handler must know it.
+Parser::LocationTag& documentTag() {
+  static Parser::LocationTag null = {"", 0, 0, 0};
+  return null;
+}
+
 }  // namespace
 
 Parser::LocationTagHandler::~LocationTagHandler() = default;
@@ -43,7 +50,7 @@ void Parser::LocationTagHandler::handle(DOMOperationType operation, const XMLCh*
       break;
     case NODE_DELETED: {
       auto* tag = static_cast<LocationTag*>(data);
-      if (--tag->refCount == 0) delete tag;
+      if (--tag->refCount == 0 && tag != &documentTag()) delete tag;
       break;
     }
     default:
@@ -84,8 +91,6 @@ Parser::~Parser() {
 }
 
 xercesc::DOMDocument* Parser::parseDoc(const std::string& name) {
-  static LocationTag null = {"", 0, 0, 0};  // not freed: its count starts below that of a node
-
   fileName = name;
   keepDocument();
   reset();
@@ -97,7 +102,7 @@ xercesc::DOMDocument* Parser::parseDoc(const std::string& name) {
     if (document == nullptr) {
       throw Exception() << "XMLParser: internal error: Null document";
     }
-    document->setUserData(LOCATION_TAG_KEY, &null, &getLocationTagHandler());
+    document->setUserData(LOCATION_TAG_KEY, &documentTag(), &getLocationTagHandler());
     return document;
   } catch (const Exception&) {
     throw;

@@ -31,7 +31,7 @@ class ErrorHandler : public xercesc::ErrorHandler {
   void warning(const xercesc::SAXParseException& e) override;
   void error(const xercesc::SAXParseException& e) override;
   void fatalError(const xercesc::SAXParseException& e) override;
-  // Called by the XML library when a parse begins.
+  // Called when a parse begins.
   void resetErrors() override;
 
   // The records since the last reset, in the order in which they arrived.

@@ -96,6 +96,7 @@ xercesc::DOMDocument* Parser::parseDoc(const std::string& name) {
   reset();
   try {
     setErrorHandler(&errorHandler);  // whatever was installed in between
+    errorHandler.resetErrors();      // the XML library's DOM parser does not pass the reset on
     parse(fileName.c_str());
     if (errorHandler.hasErrors()) throw Exception() << errorHandler.getReport();
     xercesc::DOMDocument* document = getDocument();

@@ -1,0 +1,239 @@
+#include "xerces/Parser.hpp"
+
+#include <functional>
+#include <memory>
+#include <stdexcept>
+#include <xercesc/dom/DOM.hpp>
+#include <xercesc/util/OutOfMemoryException.hpp>
+
+#include "XmlFiles.hpp"
+#include "xerces/ErrorHandler.hpp"
+
+namespace {
+
+using xerces::Parser;
+using xercesc::DOMDocument;
+using xercesc::DOMElement;
+using xercesc::DOMNode;
+using xercesc::DOMUserDataHandler;
+
+class ParserTest : public XmlFiles {
+ protected:
+  static const Parser::LocationTag& tagOf(const DOMNode* node) {
+    return Parser::getLocationTag(node);
+  }
+};
+
+// "name line:column" for each element in document order.
+void listPlaces(const DOMElement* element, const std::string& file,
+                std::vector<std::string>& places) {
+  const auto& tag = Parser::getLocationTag(element);
+  places.push_back(xerces::transcode(element->getNodeName()) + " " + std::to_string(tag.line) +
+                   ":" + std::to_string(tag.column));
+  EXPECT_EQ(tag.file, tag.line == 0 ? "" : file) << places.back();
+  for (auto* child = element->getFirstElementChild(); child != nullptr;
+       child = child->getNextElementSibling()) {
+    listPlaces(child, file, places);
+  }
+}
+
+TEST_F(ParserTest, TagsTellWhereStartTagsEnd) {
+  write("tags.xml",
+        "<config>\n"
+        "\t<a\n"
+        "    id='1'\n"
+        "  ></a><b></b>\n"
+        "<c/><d><e/>x</d>\n"
+        "<f>\n"
+        "</f\n"
+        "></config>");
+  const std::string file = directory / "." / "tags.xml";  // kept as it is passed
+  for (const bool schema : {false, true}) {
+    Parser parser;
+    parser.setDoSchema(schema);
+    const DOMDocument* document = parser.parseDoc(file);
+    std::vector<std::string> places;
+    listPlaces(document->getDocumentElement(), file, places);
+    EXPECT_EQ(places, (std::vector<std::string>{"config 1:9", "a 4:4", "b 4:11", "c 0:0", "d 5:8",
+                                                "e 0:0", "f 6:4"}));
+    EXPECT_EQ(tagOf(document).file, "");
+    EXPECT_EQ(tagOf(document).line, 0);
+    EXPECT_EQ(tagOf(document).column, 0);
+    EXPECT_NE(&tagOf(document), &tagOf(document->getDocumentElement()->getFirstChild()));
+  }
+}
+
+// A handler that somebody else installed must not hide failures from parseDoc.
+class DeafHandler : public xercesc::ErrorHandler {
+  void warning(const xercesc::SAXParseException& /*e*/) override {}
+  void error(const xercesc::SAXParseException& /*e*/) override {}
+  void fatalError(const xercesc::SAXParseException& /*e*/) override {}
+  void resetErrors() override {}
+};
+
+TEST_F(ParserTest, FailuresCarryTheReportOfTheirOwnParse) {
+  struct Row {
+    const char* name;
+    const char* document;  // null: there is no such file
+    std::string expected;
+  };
+  const std::string report = "XML Parser reported the following errors:\n\tFATAL  in ";
+  const Row rows[] = {
+      {"malformed", "<config>\n<a></b></config>",
+       report + "\"{FILE}\"(line=2, column=6): expected end of tag 'a'\n"},
+      {"empty", "", report + "\"{FILE}\"(line=1, column=1): invalid document structure\n"},
+      {"missing", nullptr,
+       report + "\"\"(line=0, column=0): unable to open primary document entity "
+                "'{FILE}'\n"},
+      {"unknown version", "<?xml version=\"1.2\"?><config/>", "DOMException: {POINTER}"},
+      {"undeclared prefix", "<x:config/>",
+       report + "\"{FILE}\"(line=1, column=12): prefix 'x' can not be resolved to "
+                "namespace URI\n"},
+  };
+  DeafHandler deaf;
+  Parser parser;
+  const DOMDocument* first = parser.parseDoc(write("first.xml", "<first>1</first>"));
+  for (const bool replaced : {false, true}) {
+    for (const Row& row : rows) {
+      if (replaced) parser.setErrorHandler(&deaf);
+      std::filesystem::remove(directory / "row.xml");
+      std::string file = directory / "row.xml";
+      if (row.document != nullptr) write("row.xml", row.document);
+      const std::string text = resultOf([&] {
+        parser.parseDoc(file);
+        return "parsed";
+      });
+      EXPECT_EQ(withPlaceholders(text, file), row.expected)
+          << row.name << (replaced ? ", handler replaced" : "");
+
+      const DOMDocument* next = parser.parseDoc(write("next.xml", "<next>2</next>"));
+      EXPECT_EQ(xerces::textContent(*next->getDocumentElement()), "2") << row.name;
+    }
+  }
+  EXPECT_EQ(xerces::textContent(*first->getDocumentElement()), "1");
+}
+
+TEST_F(ParserTest, WarningsFailNothingButAreReported) {
+  const std::string start =
+      "<config xmlns='urn:a' xmlns:xsi='http://www.w3.org/2001/XMLSchema-instance'\n"
+      "xsi:schemaLocation='urn:a a.xsd urn:b b.xsd'>";  // neither is there
+  Parser parser;
+  parser.setDoSchema(true);
+  const DOMDocument* document = parser.parseDoc(write("warned.xml", start + "x</config>"));
+  EXPECT_EQ(xerces::textContent(*document->getDocumentElement()), "x");
+
+  const std::string warning =
+      "\tWARNING  in \"\"(line=0, column=0): unable to open primary document entity '" +
+      directory.string();
+  EXPECT_EQ(resultOf([&] {
+              parser.parseDoc(write("failed.xml", start + "</b>"));
+              return "parsed";
+            }),
+            "XML Parser reported the following errors:\n" + warning + "/a.xsd'\n" + warning +
+                "/b.xsd'\n\tFATAL  in \"" + (directory / "failed.xml").string() +
+                "\"(line=2, column=48): expected end of tag 'config'\n");
+}
+
+// Whatever passes the XML library during a parse comes out as xerces::Exception.
+class InterruptedParser : public Parser {
+ public:
+  std::function<void(InterruptedParser&)> interrupt;
+
+  void startElement(const xercesc::XMLElementDecl& declaration, unsigned int urlId,
+                    const XMLCh* prefix, const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes,
+                    XMLSize_t attributeCount, bool isEmpty, bool isRoot) override {
+    Parser::startElement(declaration, urlId, prefix, attributes, attributeCount, isEmpty, isRoot);
+    interrupt(*this);
+  }
+};
+
+TEST_F(ParserTest, TranslatesWhatIsThrownDuringAParse) {
+  struct Row {
+    const char* name;
+    std::function<void(InterruptedParser&)> interrupt;
+    const char* expected;
+  };
+  const std::string file = write("a.xml", "<config><a></a></config>");
+  const Row rows[] = {
+      {"own", [](auto&) { throw xerces::Exception() << "own " << 1; }, "own 1"},
+      {"XML library, parsing twice at once", [&](auto& parser) { parser.parseDoc(file); },
+       "XMLException: {SOURCE}:{LINE}: {POINTER}"},
+      {"DOM", [](auto&) { throw xercesc::DOMException(xercesc::DOMException::NOT_FOUND_ERR); },
+       "DOMException: {POINTER}"},
+      {"standard", [](auto&) { throw std::runtime_error("the reason"); }, "the reason"},
+      {"memory of the XML library", [](auto&) { throw xercesc::OutOfMemoryException(); }, ""},
+      {"anything", [](auto&) { throw 1; }, ""},
+  };
+  for (const Row& row : rows) {
+    InterruptedParser parser;
+    parser.interrupt = row.interrupt;
+    const std::string text = resultOf([&] {
+      parser.parseDoc(file);
+      return "parsed";
+    });
+    EXPECT_EQ(std::regex_replace(withPlaceholders(text, file), std::regex("[^: ]+\\.cpp:[0-9]+"),
+                                 "{SOURCE}:{LINE}"),
+              row.expected)
+        << row.name;
+  }
+}
+
+// Copies of the roots in a document of another parser share their tags. A count of 1 afterwards
+// says that the first parser's share is gone; the leak checker sees that the copies free the tags.
+TEST_F(ParserTest, ReleasesEveryTagOfEveryDocument) {
+  Parser survivor;
+  DOMDocument* copies = survivor.parseDoc(write("copies.xml", "<copies></copies>"));
+  DOMElement* list = copies->getDocumentElement();
+  const std::string file = directory / "a.xml";
+  {
+    Parser parser;
+    for (const char* text : {"<a><s>1</s></a>", "<b><s>2</s></b>", "<c><s>3</s></c>"}) {
+      const DOMElement* root = parser.parseDoc(write("a.xml", text))->getDocumentElement();
+      const DOMNode* copy = list->appendChild(copies->importNode(root, true));
+      EXPECT_EQ(&tagOf(copy), &tagOf(root));
+      EXPECT_EQ(tagOf(copy).refCount, 2);
+      EXPECT_EQ(tagOf(copy->getFirstChild()).refCount, 2);
+    }
+  }
+  for (const DOMNode* copy = list->getFirstChild(); copy; copy = copy->getNextSibling()) {
+    for (const auto& [node, column] : {std::pair(copy, 4), {copy->getFirstChild(), 7}}) {
+      EXPECT_EQ(tagOf(node).refCount, 1);
+      EXPECT_EQ(tagOf(node).file, file);
+      EXPECT_EQ(tagOf(node).line, 1);
+      EXPECT_EQ(tagOf(node).column, column);
+    }
+  }
+  EXPECT_EQ(list->getChildElementCount(), 3u);
+}
+
+TEST_F(ParserTest, ClonesCountButCarryNoTag) {
+  auto parser = std::make_unique<Parser>();
+  const DOMDocument* document = parser->parseDoc(write("a.xml", "<config>x</config>"));
+  const DOMElement* root = document->getDocumentElement();
+  const Parser::LocationTag& tag = tagOf(root);
+  EXPECT_EQ(tagOf(root->cloneNode(true)).line, 0);
+  EXPECT_EQ(tag.refCount, 2);
+
+  parser.reset();
+  ASSERT_EQ(tag.refCount, 1);  // kept for the clone for ever: freed here in its name
+  Parser::getLocationTagHandler().handle(DOMUserDataHandler::NODE_DELETED, nullptr,
+                                         const_cast<Parser::LocationTag*>(&tag), nullptr, nullptr);
+}
+
+// All document nodes carry one static tag, which a copied document once caused to be freed.
+TEST_F(ParserTest, CopiedDocumentLeavesTheDocumentTagAlone) {
+  Parser parser;
+  DOMDocument* document = parser.parseDoc(write("a.xml", "<config/>"));
+  const Parser::LocationTag& tag = tagOf(document);
+  const auto handle = [&](DOMUserDataHandler::DOMOperationType operation) {
+    Parser::getLocationTagHandler().handle(
+        operation, Parser::LocationTagHandler::getLocationTagName(),
+        const_cast<Parser::LocationTag*>(&tag), document, nullptr);
+  };
+  while (tag.refCount < 1) handle(DOMUserDataHandler::NODE_CLONED);
+  handle(DOMUserDataHandler::NODE_DELETED);
+  EXPECT_EQ(tag.refCount, 0);
+  EXPECT_EQ(tag.file, "");
+}
+
+}  // namespace

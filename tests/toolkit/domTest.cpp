@@ -1,0 +1,116 @@
+#include "xerces/dom.hpp"
+
+#include <functional>
+#include <xercesc/dom/DOM.hpp>
+
+#include "XmlFiles.hpp"
+#include "xerces/Parser.hpp"
+
+namespace {
+
+using xerces::XmlString;
+using xercesc::DOMElement;
+
+using DomTest = XmlFiles;
+
+TEST(ExceptionTest, AppendsFormattedValues) {
+  const XmlString text = {'t', 'e', 'x', 't'};
+  const XMLCh* xmlText = text.c_str();
+  std::ostringstream address;
+  address << static_cast<const void*>(xmlText);
+  const char* nothing = nullptr;
+
+  xerces::Exception e;
+  e << "line " << -5 << nothing << " " << xmlText << std::string(" s ") << 18446744073709551615ULL;
+  EXPECT_EQ(e.what(), "line -5 " + address.str() + " s 18446744073709551615");
+}
+
+TEST_F(DomTest, TranscodesNullToNothing) {
+  EXPECT_EQ(xerces::transcode(static_cast<const XMLCh*>(nullptr)), "");
+  EXPECT_EQ(xerces::transcode(XmlString{'a', 0, 'b'}), "a");
+}
+
+// What each row does with the root element of its document.
+struct Row {
+  const char* name;
+  const char* document;
+  std::function<std::string(const DOMElement&)> step;
+  std::string expected;
+};
+
+std::string matched(const DOMElement& element, const char* name) {
+  xerces::match(element, xmlName(name));
+  return "matched";
+}
+
+std::string attribute(const DOMElement& element) {
+  return xerces::mandatoryAttribute(element, xmlName("name"));
+}
+
+// The ids of the children called p.
+std::string children(const DOMElement& element) {
+  std::string ids;
+  for (const DOMElement* child : xerces::namedChildElements(element, xmlName("p"))) {
+    ids += xerces::transcode(child->getAttribute(xmlName("id").c_str()));
+  }
+  return ids;
+}
+
+TEST_F(DomTest, HelpersReadElements) {
+  const auto is = [](const char* name) {
+    return [name](const DOMElement& element) { return matched(element, name); };
+  };
+  const std::string at = "XMLParser: in file \"{FILE}\" at line 1 at column ";
+  const std::string nowhere = "XMLParser: in file \"\" at line 0 at column 0";
+  const Row rows[] = {
+      {"match", "<config></config>", is("config"), "matched"},
+      {"match any namespace", "<c:config xmlns:c='urn:any'></c:config>", is("config"), "matched"},
+      {"match not the qualified name", "<c:config xmlns:c='u'></c:config>", is("c:config"),
+       at + "23: expected element called \"c:config\"!"},
+      {"match other", "<config></config>", is("section"),
+       at + "9: expected element called \"section\"!"},
+      {"match prefix only", "<config></config>", is("conf"),
+       at + "9: expected element called \"conf\"!"},
+      {"match empty tag", "<config/>", is("section"),
+       nowhere + ": expected element called \"section\"!"},
+      {"attribute", "<s name='  a\tb '></s>", attribute, "  a b "},
+      {"attribute missing", "<s Name='a'></s>", attribute, at + "13: expected attribute \"name\"!"},
+      {"attribute empty", "<s name=''></s>", attribute, at + "12: expected attribute \"name\"!"},
+      {"attribute with prefix", "<s xmlns:n='u' n:name='a'></s>", attribute,
+       at + "27: expected attribute \"name\"!"},
+      {"text", "<p> a<!-- b --><c>d</c>\n<![CDATA[<]]></p>", xerces::textContent, " ad\n<"},
+      {"text blank", "<p>  </p>", xerces::textContent, "  "},
+      {"text empty", "<p></p>", xerces::textContent,
+       at + "4: expected element to have a text content!"},
+      {"text only a comment", "<p><!-- b --></p>", xerces::textContent,
+       at + "4: expected element to have a text content!"},
+      {"text empty tag", "<p/>", xerces::textContent,
+       nowhere + ": expected element to have a text content!"},
+      {"children",
+       "<r>t<p id='1'/><q><p id='-'/></q><!-- c --><n:p xmlns:n='u' id='2'/><p id='3'/></r>",
+       children, "123"},
+      {"no children", "<r><q/><P/></r>", children, ""},
+  };
+  for (const Row& row : rows) {
+    const std::string file = write("row.xml", row.document);
+    xerces::Parser parser;
+    const DOMElement& root = *parser.parseDoc(file)->getDocumentElement();
+    const std::string result = resultOf([&] { return row.step(root); });
+    EXPECT_EQ(withPlaceholders(result, file), row.expected) << row.name;
+  }
+}
+
+// Elements made without namespaces have no local name.
+TEST_F(DomTest, ElementWithoutLocalNameHasTheEmptyName) {
+  xerces::Parser parser;
+  xercesc::DOMDocument* document = parser.parseDoc(write("a.xml", "<r><q/></r>"));
+  DOMElement* plain = document->createElement(xmlName("p").c_str());
+  document->getDocumentElement()->appendChild(plain);
+
+  const auto unnamed = xerces::namedChildElements(*document->getDocumentElement(), {});
+  EXPECT_EQ(unnamed, std::list<DOMElement*>{plain});
+  EXPECT_EQ(resultOf([&] { return matched(*plain, ""); }),
+            "XMLParser: in file \"\" at line 0 at column 0: expected element called \"\"!");
+}
+
+}  // namespace

@@ -8,6 +8,7 @@
 #include <service/util/config/grammar/getGrammar.hpp>
 #include <service/util/config/internal/Config.hpp>
 #include <service/util/config/internal/Section.hpp>
+#include <service/util/config/xml/Session.hpp>
 #include <service/util/config/xml/create.hpp>
 #include <service/util/config/xml/internal/XmlConfigParser.hpp>
 #include <service/util/locator/ConfigLocator.hpp>
@@ -17,6 +18,7 @@ using cppUtil::err::Exception;
 
 int main(int, char** arguments) try {
   const std::string file = arguments[1];
+  const config::xml::Session session;
   std::string value;
   config::xml::create(file, {}, true)->getProperty("door[1].colour", value);
   std::cout << "create: " << value << "\n";

@@ -1,0 +1,55 @@
+// The files that are loaded: written on first use to a directory of this process, and removed with
+// it.
+#ifndef BENCHMARKS_INPUTS_HPP
+#define BENCHMARKS_INPUTS_HPP
+
+#include <cstddef>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "Generator.hpp"
+
+namespace benchmarks {
+
+constexpr Shape smallShape = {1, 4, 7};      // 2.5 KB
+constexpr Shape mediumShape = {16, 4, 26};   // 140 KB
+constexpr Shape largeShape = {1000, 4, 26};  // 9 MB
+
+// One configuration in the formats of its readers.
+enum class Format {
+  CONFIG,     // this library's, valid against its grammar
+  ELEMENTS,   // XML with an element per section and property, called as they are
+  LIBCONFIG,  // libconfig's own; the first of each name, as it knows no repetition
+};
+
+class Inputs {
+ public:
+  Inputs();
+  ~Inputs();
+  Inputs(const Inputs&) = delete;
+  Inputs& operator=(const Inputs&) = delete;
+
+  std::string file(const Shape& shape, Format format = Format::CONFIG);
+
+  // Configuration files of the small shape, the one to load first: each includes the next one.
+  std::vector<std::string> chain(std::size_t count);
+  // The same, but the first file does nothing else than include the `count` others.
+  std::vector<std::string> sideBySide(std::size_t count);
+
+ private:
+  std::vector<std::string> includes(const std::string& name, std::size_t count, bool nested);
+
+  std::filesystem::path directory;
+};
+
+// Paths of properties, as "section.section.property", spread over the configuration of that shape.
+// Each part is the first one of its name where it stands.
+std::vector<std::string> samplePaths(const Shape& shape, std::size_t count);
+
+// The names in such a path.
+std::vector<std::string> parts(const std::string& path);
+
+}  // namespace benchmarks
+
+#endif

@@ -1,0 +1,136 @@
+// Loads of files, with the floors and peers; loads with includes; growth.
+
+#include <xercesc/util/PlatformUtils.hpp>
+
+#include "Loaders.hpp"
+#include "registration.hpp"
+#include "service/util/config/xml/Session.hpp"
+
+namespace benchmarks {
+
+namespace {
+
+using xercesc::XMLPlatformUtils;
+
+constexpr const char* oursValidated = "ours, validated";
+constexpr const char* tagged = "F1: xerces::Parser";
+constexpr const char* taggedValidating = "xerces::Parser, validating";
+constexpr const char* bare = "bare XercesDOMParser";
+
+struct Input {
+  const char* name;
+  Shape shape;
+  std::size_t batch;
+};
+
+// The largest load takes as long as all the rest of a round.
+constexpr int growthRounds = 5;
+
+constexpr Input smallInput = {"small", smallShape, 16};
+
+struct Kept {};  // of a parse, nothing is kept
+
+Kept parse(const std::string& file, bool validate) {
+  parseWithTags(file, validate);
+  return {};
+}
+
+void addLoads(Inputs& inputs, const Input& input) {
+  const auto addOne = [&inputs, input](const std::string& figure, const char* who, auto load) {
+    add(figure, who, [&inputs, input, load](benchmark::State& state) {
+      const std::string file = inputs.file(input.shape);
+      timeMaking(state, input.batch, [&] { return load(file); });
+    });
+  };
+  const std::string figure = std::string("load ") + input.name;
+  addOne(figure, ours, [](const std::string& file) { return loadConfig(file, false); });
+  addOne(figure, oursValidated, [](const std::string& file) { return loadConfig(file, true); });
+  addOne(figure, tagged, [](const std::string& file) { return parse(file, false); });
+  addOne(figure, taggedValidating, [](const std::string& file) { return parse(file, true); });
+  addOne(figure, bare, [](const std::string& file) {
+    parseBare(file);
+    return Kept();
+  });
+  addOne(figure, "Poco XMLConfiguration", loadPoco);
+  addOne(figure, "Boost.PropertyTree read_xml", loadBoost);
+  addOne(figure, "pugixml and walk", loadPugixml);
+  addOne(figure, "tinyxml2 and walk", loadTinyxml2);
+}
+
+// Undoes the session that the program holds, while it lives.
+class WithoutXmlLibrary {
+ public:
+  WithoutXmlLibrary() { XMLPlatformUtils::Terminate(); }
+  ~WithoutXmlLibrary() { XMLPlatformUtils::Initialize(); }
+  WithoutXmlLibrary(const WithoutXmlLibrary&) = delete;
+  WithoutXmlLibrary& operator=(const WithoutXmlLibrary&) = delete;
+};
+
+// What a load costs when it has to start the XML library first.
+void addColdLoad(Inputs& inputs) {
+  const std::string figure = "load small, XML library started for it";
+  add(figure, ours, [&inputs](benchmark::State& state) {
+    const std::string file = inputs.file(smallShape);
+    const WithoutXmlLibrary cold;
+    timeMaking(state, smallInput.batch, [&] { return loadConfig(file, false); });
+  });
+  add(figure, "the program holds a Session", [&inputs](benchmark::State& state) {
+    const std::string file = inputs.file(smallShape);
+    timeMaking(state, smallInput.batch, [&] { return loadConfig(file, false); });
+  });
+  add(figure, "a Session alone", [](benchmark::State& state) {
+    const WithoutXmlLibrary cold;
+    timeMaking(state, smallInput.batch, [] {
+      const service::util::config::xml::Session session;
+      return Kept();
+    });
+  });
+}
+
+void addIncludes(const std::string& figure, const std::vector<std::string>& files) {
+  for (const bool validate : {false, true}) {
+    add(figure, validate ? oursValidated : ours, [files, validate](benchmark::State& state) {
+      timeMaking(state, 1, [&] { return loadConfig(files.front(), validate); });
+    });
+  }
+  add(figure, "sum of F1", [files](benchmark::State& state) {
+    timeMaking(state, 1, [&] {
+      for (const std::string& file : files) parseWithTags(file, false);
+      return Kept();
+    });
+  });
+}
+
+}  // namespace
+
+void addLoads(Inputs& inputs, const Extent& extent) {
+  addLoads(inputs, smallInput);
+  if (!extent.smallOnly) {
+    addLoads(inputs, {"medium", mediumShape, 1});
+    addLoads(inputs, {"large", largeShape, 1});
+  }
+  addColdLoad(inputs);
+}
+
+void addIncludes(Inputs& inputs, const Extent& extent) {
+  const std::size_t chained = extent.smallOnly ? 3 : 100;
+  const std::size_t included = extent.smallOnly ? 10 : 1000;
+  addIncludes("load a chain of " + std::to_string(chained) + " includes", inputs.chain(chained));
+  addIncludes("load " + std::to_string(included) + " files side by side",
+              inputs.sideBySide(included));
+}
+
+void addGrowth(Inputs& inputs, const Extent& extent) {
+  for (const std::size_t factor : {1, 4, 16}) {
+    Shape shape = extent.smallOnly ? smallShape : largeShape;
+    shape.groups *= factor;
+    const std::string who = (factor == 1 ? "" : "ours, ") + std::to_string(factor) + "x";
+    add("growth: load, per property", who, [&inputs, shape](benchmark::State& state) {
+      const std::string file = inputs.file(shape);
+      timeMaking(state, 1, [&] { return loadConfig(file, false); });
+      setUnits(state, shape.propertyCount());
+    })->Repetitions(growthRounds);
+  }
+}
+
+}  // namespace benchmarks

@@ -1,0 +1,209 @@
+// Reads, building in memory, and a failed look-up.
+
+#include <boost/property_tree/ptree.hpp>
+#include <memory>
+
+#include "Readers.hpp"
+#include "cppUtil/err/Exception.hpp"
+#include "registration.hpp"
+#include "service/util/config/internal/Config.hpp"
+
+namespace benchmarks {
+
+namespace {
+
+using service::util::config::IConfigPtr;
+using service::util::config::internal::Config;
+
+constexpr const char* poco = "Poco getString";
+constexpr const char* boostTree = "Boost.PropertyTree get<std::string>";
+constexpr const char* libconfigLookup = "libconfig lookupValue";
+constexpr const char* pugixmlXPath = "pugixml XPath, compiled once";
+
+constexpr std::size_t sampleSize = 64;  // a power of two
+
+// Times read(reader, i, value) over the sample.
+template <class Reader, class Read>
+void addRead(const std::string& figure, const std::string& who, Inputs& inputs, const Shape& shape,
+             const Paths& paths, bool expected, const Read& read) {
+  add(figure, who, [=, &inputs](benchmark::State& state) {
+    const Reader reader(inputs, shape, paths);
+    std::string value;
+    std::size_t i = 0;
+    bool asExpected = true;
+    for (auto _ : state) {
+      asExpected &= read(reader, i, value) == expected;
+      benchmark::DoNotOptimize(value);
+      i = (i + 1) % sampleSize;
+    }
+    if (!asExpected) state.SkipWithError("a read did not answer as it should");
+  });
+}
+
+constexpr auto read = [](const auto& reader, std::size_t i, std::string& value) {
+  return reader.read(i, value);
+};
+constexpr auto readOptional = [](const auto& reader, std::size_t i, std::string& value) {
+  return reader.readOptional(i, value);
+};
+
+// Keeps what a generator tells, so that building a configuration is timed without making it up.
+class Recorder : public Sink {
+ public:
+  void beginSection(const std::string& name) override { calls.push_back({BEGIN, name, ""}); }
+  void endSection() override { calls.push_back({END, "", ""}); }
+  void property(const std::string& name, const std::string& value) override {
+    calls.push_back({PROPERTY, name, value});
+  }
+
+  // Section and property are what a library calls when it adds one: section(parent, name) returns
+  // the new section.
+  template <class Node, class Section, class Property>
+  void replay(Node root, const Section& section, const Property& property) const {
+    std::vector<Node> path = {root};
+    for (const Call& call : calls) {
+      if (call.kind == BEGIN) {
+        path.push_back(section(path.back(), call.name));
+      } else if (call.kind == END) {
+        path.pop_back();
+      } else {
+        property(path.back(), call.name, call.value);
+      }
+    }
+  }
+
+ private:
+  enum Kind { BEGIN, END, PROPERTY };
+  struct Call {
+    Kind kind;
+    std::string name, value;
+  };
+  std::vector<Call> calls;
+};
+
+IConfigPtr buildConfig(const Recorder& content) {
+  const IConfigPtr root = std::make_shared<Config>();
+  content.replay(
+      root, [](const IConfigPtr& node, const std::string& name) { return node->addSection(name); },
+      [](const IConfigPtr& node, const std::string& name, const std::string& value) {
+        node->addProperty(name, value);
+      });
+  return root;
+}
+
+boost::property_tree::ptree buildBoost(const Recorder& content) {
+  using boost::property_tree::ptree;
+  ptree root;
+  content.replay(
+      &root,
+      [](ptree* node, const std::string& name) {
+        return &node->push_back({name, ptree()})->second;
+      },
+      [](ptree* node, const std::string& name, const std::string& value) {
+        node->push_back({name, ptree(value)});
+      });
+  return root;
+}
+
+pugi::xml_document buildPugixml(const Recorder& content) {
+  pugi::xml_document document;
+  content.replay(
+      document.append_child("config"),
+      [](pugi::xml_node node, const std::string& name) { return node.append_child(name.c_str()); },
+      [](pugi::xml_node node, const std::string& name, const std::string& value) {
+        node.append_child(name.c_str()).text().set(value.c_str());
+      });
+  return document;
+}
+
+// Runs act that many frames further down.
+template <class Act>
+[[gnu::noinline]] void atDepth(int depth, const Act& act) {
+  if (depth == 0) {
+    act();
+  } else {
+    atDepth(depth - 1, act);
+  }
+  asm volatile("");  // keeps the call above from becoming a jump
+}
+
+// Times act(), which throws a Failure, down the stack.
+template <class Failure, class Act>
+void addThrow(int depth, const char* who, const Act& act) {
+  add("thrown and caught at depth " + std::to_string(depth), who,
+      [depth, act](benchmark::State& state) {
+        atDepth(depth, [&] {
+          for (auto _ : state) {
+            try {
+              act();
+            } catch (const Failure& failure) {
+              benchmark::DoNotOptimize(&failure);
+            }
+          }
+        });
+      });
+}
+
+}  // namespace
+
+void addReads(Inputs& inputs, const Extent& extent) {
+  const Shape shape = extent.smallOnly ? smallShape : mediumShape;
+  const Paths paths = samplePaths(shape, sampleSize);
+  Paths missing;
+  for (const std::string& path : paths) {
+    missing.push_back(path.substr(0, path.rfind('.')) + ".missing");
+  }
+
+  const std::string atHand = "read from a section at hand";
+  addRead<SectionAtHand>(atHand, ours, inputs, shape, paths, true, read);
+  addRead<BoostAtHand>(atHand, boostTree, inputs, shape, paths, true, read);
+  addRead<PocoAtHand>(atHand, poco, inputs, shape, paths, true, read);
+  addRead<LibconfigAtHand>(atHand, libconfigLookup, inputs, shape, paths, true, read);
+  addRead<PugixmlAtHand>(atHand, pugixmlXPath, inputs, shape, paths, true, read);
+
+  const std::string byPath = "read by path";
+  addRead<ByNameAndIndex>(byPath, "ours, names and indices", inputs, shape, paths, true, read);
+  addRead<SelectOnce>(byPath, "ours, Select built once", inputs, shape, paths, true, read);
+  addRead<SelectEachTime>(byPath, "ours, Select built each time", inputs, shape, paths, true, read);
+  addRead<BoostReader>(byPath, boostTree, inputs, shape, paths, true, read);
+  addRead<PocoReader>(byPath, poco, inputs, shape, paths, true, read);
+  addRead<LibconfigReader>(byPath, libconfigLookup, inputs, shape, paths, true, read);
+  addRead<PugixmlReader>(byPath, pugixmlXPath, inputs, shape, paths, true, read);
+
+  const std::string absent = "read a missing property";
+  addRead<SelectOnce>(absent, ours, inputs, shape, missing, false, readOptional);
+  addRead<BoostReader>(absent, "Boost.PropertyTree get_optional<std::string>", inputs, shape,
+                       missing, false, readOptional);
+  addRead<PocoReader>(absent, "Poco getString with a default", inputs, shape, missing, false,
+                      readOptional);
+  addRead<LibconfigReader>(absent, libconfigLookup, inputs, shape, missing, false, readOptional);
+  addRead<PugixmlReader>(absent, pugixmlXPath, inputs, shape, missing, false, readOptional);
+}
+
+void addBuilding(const Extent& extent) {
+  const Shape shape = extent.smallOnly ? smallShape : mediumShape;
+  const auto addOne = [&](const char* who, auto build) {
+    add("build in memory, per property", who, [shape, build](benchmark::State& state) {
+      Recorder content;
+      generate(shape, 1, content);
+      timeMaking(state, 1, [&] { return build(content); });
+      setUnits(state, shape.propertyCount());
+    });
+  };
+  addOne(ours, buildConfig);
+  addOne("Boost.PropertyTree", buildBoost);
+  addOne("pugixml", buildPugixml);
+}
+
+void addExceptions() {
+  for (const int depth : {10, 100}) {
+    addThrow<cppUtil::err::Exception>(depth, ours,
+                                      [config = Config()] { config.getSection("missing", 0); });
+    addThrow<boost::property_tree::ptree_error>(
+        depth, "Boost.PropertyTree", [tree = boost::property_tree::ptree()] {
+          benchmark::DoNotOptimize(tree.get_child("missing").data());
+        });
+  }
+}
+
+}  // namespace benchmarks

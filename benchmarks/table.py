@@ -1,0 +1,140 @@
+#!/usr/bin/env python3
+"""Joins the results of the two benchmark programs into one table.
+
+usage: table.py [--json | --docs] TIMES MEMORY
+
+TIMES is what zuBenchmark wrote with --benchmark_out, MEMORY what zuBenchmarkMemory printed. Every
+"ours" of a figure is set beside every floor and peer of the same figure. A time is the least of all
+rounds of the run: what disturbs a round only ever makes it slower.
+"""
+
+import argparse
+import json
+import os
+import platform
+import re
+import subprocess
+
+DOCS = "docs/performance.md"
+PACKAGES = ["g++", "libxerces-c-dev", "libpoco-dev", "libboost-dev", "libpugixml-dev",
+            "libtinyxml2-dev", "libconfig++-dev"]
+VALIDATING = "xerces::Parser, validating"
+FLOOR = "F1: xerces::Parser"
+BARE = "bare XercesDOMParser"
+
+
+def read_times(path):
+    """{figure: {who: (unit, value)}}; times in nanoseconds."""
+    with open(path, encoding="utf-8") as file:
+        runs = json.load(file)["benchmarks"]
+    figures = {}
+    for run in sorted(runs, key=lambda run: run["family_index"]):  # rounds are run in any order
+        if run["run_type"] != "iteration":
+            continue
+        if run.get("error_occurred"):
+            raise SystemExit(f"{run['name']}: {run['error_message']}")
+        figure, who, *clock = run["run_name"].split("/")
+        scale = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}[run["time_unit"]]
+        time = run["real_time" if "real_time" in clock else "cpu_time"] * scale
+        time /= run.get("units", 1)
+        results = figures.setdefault(figure, {})
+        results[who] = ("ns", min(time, results.get(who, ("", time))[1]))
+    return figures
+
+
+def read_memory(path):
+    figures = {}
+    with open(path, encoding="utf-8") as file:
+        for entry in map(json.loads, file):
+            figures.setdefault(entry["figure"], {})[entry["who"]] = (entry["unit"], entry["value"])
+    return figures
+
+
+def belong_together(our_name, other_name):
+    return "validated" in our_name or other_name != VALIDATING
+
+
+def rows(figures):
+    for figure, results in figures.items():
+        mine = {who: value for who, value in results.items() if who.startswith("ours")}
+        others = {who: value for who, value in results.items() if who not in mine}
+        for who, (unit, value) in mine.items():
+            for other, (_, other_value) in others.items():
+                if belong_together(who, other):
+                    yield row(figure + who.removeprefix("ours"), unit, value, other, other_value)
+        if FLOOR in others and BARE in others:
+            (unit, value), (_, bare) = others[FLOOR], others[BARE]
+            yield row(figure.replace("load", "F1,"), unit, value, BARE, bare)
+
+
+def row(figure, unit, value, other, other_value):
+    ratio = value / other_value if other_value else None
+    return {"figure": figure, "unit": unit, "ours": value, "against": other,
+            "theirs": other_value, "ratio": ratio}
+
+
+def formatted(unit, value):
+    if unit == "ns":
+        for name, scale in (("s", 1e9), ("ms", 1e6), ("µs", 1e3)):
+            if value >= scale:
+                return f"{value / scale:.3g} {name}"
+    text = f"{value:.3g}" if value < 100 else f"{value:.0f}"
+    return f"{text} {unit}".strip()
+
+
+def markdown(table):
+    cells = [["figure", "ours", "against", "theirs", "ratio"]]
+    figure = None
+    for r in table:
+        same = r["figure"] == figure  # said once for all its peers
+        figure = r["figure"]
+        cells.append(["" if same else figure, "" if same else formatted(r["unit"], r["ours"]),
+                      r["against"], formatted(r["unit"], r["theirs"]),
+                      "" if r["ratio"] is None else f"{r['ratio']:.2f}"])
+    widths = [max(len(line[i]) for line in cells) for i in range(5)]
+    right = (1, 3, 4)
+    cells.insert(1, ["-" * (width - 1) + (":" if i in right else "-")
+                     for i, width in enumerate(widths)])
+    lines = ("| " + " | ".join(cell.rjust(width) if i in right else cell.ljust(width)
+                               for i, (cell, width) in enumerate(zip(line, widths))) + " |"
+             for line in cells)
+    return "\n".join(lines)
+
+
+def machine():
+    with open("/proc/cpuinfo", encoding="utf-8") as file:
+        model = re.search(r"model name\s*: (.*)", file.read())
+    versions = subprocess.run(["dpkg-query", "-W", "-f=${Package} ${Version}\n", *PACKAGES],
+                              stdout=subprocess.PIPE, text=True, check=False).stdout
+    return (f"{model[1] if model else platform.machine()}, {os.cpu_count()} cores; "
+            + ", ".join(versions.splitlines()))
+
+
+def write_docs(text):
+    with open(DOCS, encoding="utf-8") as file:
+        before, rest = file.read().split("<!-- table -->")
+    after = rest.split("<!-- end of table -->")[1]
+    with open(DOCS, "w", encoding="utf-8") as file:
+        file.write(f"{before}<!-- table -->\n{text}\n<!-- end of table -->{after}")
+
+
+def main():
+    arguments = argparse.ArgumentParser(description=__doc__)
+    output = arguments.add_mutually_exclusive_group()
+    output.add_argument("--json", action="store_true")
+    output.add_argument("--docs", action="store_true")
+    arguments.add_argument("times")
+    arguments.add_argument("memory")
+    options = arguments.parse_args()
+    table = list(rows({**read_times(options.times), **read_memory(options.memory)}))
+    if options.json:
+        print(json.dumps({"machine": machine(), "rows": table}, indent=1))
+        return
+    text = f"Measured on: {machine()}.\n\n{markdown(table)}"
+    print(text)
+    if options.docs:
+        write_docs(text)
+
+
+if __name__ == "__main__":
+    main()

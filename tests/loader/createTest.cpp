@@ -7,6 +7,7 @@
 #include <fstream>
 #include <iterator>
 #include <memory>
+#include <unordered_set>
 #include <xercesc/framework/MemoryManager.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>
 
@@ -140,17 +141,27 @@ TEST(CreateTest, TheClassBehindItDoesNotTranslateFailedParses) {
   EXPECT_FALSE(isXmlLibraryInitialised());
 }
 
-// Refuses one allocation, as the XML library's own memory manager does when there is no memory.
+// Refuses one allocation, as the XML library's own memory manager does when there is no memory. The
+// library leaks then; those blocks go with this object.
 class FailingMemory : public xercesc::MemoryManager {
  public:
+  ~FailingMemory() override {
+    for (void* block : blocks) ::operator delete(block);
+  }
   xercesc::MemoryManager* getExceptionMemoryManager() override { return this; }
   void* allocate(XMLSize_t size) override {
     if (countdown > 0 && --countdown == 0) throw xercesc::OutOfMemoryException();
-    return ::operator new(size);
+    return *blocks.insert(::operator new(size)).first;
   }
-  void deallocate(void* memory) override { ::operator delete(memory); }
+  void deallocate(void* block) override {
+    blocks.erase(block);
+    ::operator delete(block);
+  }
 
   unsigned int countdown = 0;
+
+ private:
+  std::unordered_set<void*> blocks;
 };
 
 // Every seventh allocation of a load fails once, so that the XML library throws wherever it can.

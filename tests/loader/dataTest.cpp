@@ -18,12 +18,12 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <regex>
 #include <sstream>
 #include <stdexcept>
 
 #include "LoaderState.hpp"
 #include "cppUtil/err/Exception.hpp"
+#include "placeholders.hpp"
 #include "service/util/config/internal/Config.hpp"
 #include "service/util/config/xml/create.hpp"
 
@@ -120,12 +120,7 @@ std::string outcomeOf(const Case& test, const fs::path& folder) {
   } catch (const cppUtil::err::Exception& e) {
     report(e, out);
   }
-  std::string text = out.str();
-  const std::string name = folder.string();
-  for (std::size_t at; (at = text.find(name)) != std::string::npos;) {
-    text.replace(at, name.size(), "{CASE}");
-  }
-  return std::regex_replace(text, std::regex("0x[0-9a-f]+"), "{POINTER}");
+  return withoutPointers(replaceAll(out.str(), folder, "{CASE}"));
 }
 
 std::vector<fs::path> folders() {

@@ -147,6 +147,15 @@ class InterruptedParser : public Parser {
   }
 };
 
+// {SOURCE} in the place of "path/file.cpp:123", where the XML library itself failed.
+std::string withoutSource(const std::string& text) {
+  const auto suffix = text.find(".cpp:");
+  if (suffix == std::string::npos) return text;
+  const auto begin = text.rfind(' ', suffix) + 1;
+  return text.substr(0, begin) + "{SOURCE}" +
+         text.substr(text.find_first_not_of("0123456789", suffix + 5));
+}
+
 TEST_F(ParserTest, TranslatesWhatIsThrownDuringAParse) {
   struct Row {
     const char* name;
@@ -157,7 +166,7 @@ TEST_F(ParserTest, TranslatesWhatIsThrownDuringAParse) {
   const Row rows[] = {
       {"own", [](auto&) { throw xerces::Exception() << "own " << 1; }, "own 1"},
       {"XML library, parsing twice at once", [&](auto& parser) { parser.parseDoc(file); },
-       "XMLException: {SOURCE}:{LINE}: {POINTER}"},
+       "XMLException: {SOURCE}: {POINTER}"},
       {"DOM", [](auto&) { throw xercesc::DOMException(xercesc::DOMException::NOT_FOUND_ERR); },
        "DOMException: {POINTER}"},
       {"standard", [](auto&) { throw std::runtime_error("the reason"); }, "the reason"},
@@ -171,10 +180,7 @@ TEST_F(ParserTest, TranslatesWhatIsThrownDuringAParse) {
       parser.parseDoc(file);
       return "parsed";
     });
-    EXPECT_EQ(std::regex_replace(withPlaceholders(text, file), std::regex("[^: ]+\\.cpp:[0-9]+"),
-                                 "{SOURCE}:{LINE}"),
-              row.expected)
-        << row.name;
+    EXPECT_EQ(withoutSource(withPlaceholders(text, file)), row.expected) << row.name;
   }
 }
 

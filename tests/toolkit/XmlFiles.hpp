@@ -7,11 +7,11 @@
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
-#include <regex>
 #include <stdexcept>
 #include <string>
 #include <xercesc/util/PlatformUtils.hpp>
 
+#include "placeholders.hpp"
 #include "xerces/Exception.hpp"
 #include "xerces/dom.hpp"
 
@@ -53,8 +53,7 @@ std::string resultOf(const Step& step) {
 
 // {FILE} in the place of the file, {POINTER} in that of an address.
 inline std::string withPlaceholders(const std::string& message, const std::string& file) {
-  const std::string text = std::regex_replace(message, std::regex("0x[0-9a-f]+"), "{POINTER}");
-  return std::regex_replace(text, std::regex(file), "{FILE}");
+  return withoutPointers(replaceAll(message, file, "{FILE}"));
 }
 
 #endif

@@ -19,6 +19,7 @@ add_library(zuUtilConfigObjects OBJECT
   support/cppUtil/err/guarded.cpp
   support/cppUtil/err/platformCall.cpp
   support/cppUtil/fileName/getPath.cpp
+  support/cppUtil/internal/stackLeft.cpp
   support/cppUtil/logger/Logger.cpp
   support/service/util/config/errorModule.cpp
   support/service/util/locator/ConfigLocator.cpp
@@ -26,7 +27,10 @@ add_library(zuUtilConfigObjects OBJECT
   toolkit/xerces/Exception.cpp
   toolkit/xerces/Parser.cpp
   toolkit/xerces/dom.cpp
+  src/Budget.cpp
   src/DocumentParser.cpp
+  src/EntityResolver.cpp
+  src/FileSource.cpp
   src/config.cpp
   src/section.cpp
   src/select.cpp

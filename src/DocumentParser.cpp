@@ -1,9 +1,13 @@
 #include "DocumentParser.hpp"
 
 #include <xercesc/framework/XMLElementDecl.hpp>
+#include <xercesc/internal/XMLScanner.hpp>
 #include <xercesc/util/XMLString.hpp>
 
+#include "FileSource.hpp"
+#include "cppUtil/internal/stackLeft.hpp"
 #include "names.hpp"
+#include "xerces/Exception.hpp"
 
 namespace service::util::config::xml::internal {
 
@@ -14,16 +18,42 @@ bool isValue(const XMLCh* name) {
          xercesc::XMLString::equals(name, names::include.c_str());
 }
 
+// The XML library inserts attributes into a sorted list, one by one.
+constexpr XMLSize_t maximumAttributes = 10000;
+
+constexpr XMLSize_t maximumExpansions = 50000;
+
+// Reading the text of nested elements takes this much stack for each level, and so, or less, does
+// the walk over nested sections.
+constexpr std::size_t stackPerLevel = 512;
+constexpr std::size_t stackReserve = 64 * 1024;
+constexpr std::size_t levelsBetweenChecks = 64;
+
 }  // namespace
 
-DocumentParser::DocumentParser(xercesc::XMLGrammarPool* grammars) : Parser(grammars) {
+DocumentParser::DocumentParser(xercesc::XMLGrammarPool& grammars, const SchemeList& schemes,
+                               Budget& budget)
+    : Parser(&grammars, &budget), budget(budget), resolver(schemes, budget) {
   setCreateCommentNodes(false);
+  setXMLEntityResolver(&resolver);
+  limits.setEntityExpansionLimit(maximumExpansions);
+  setSecurityManager(&limits);
+  budget.setLocator(getScanner()->getLocator());
+}
+
+void DocumentParser::parseFile(const std::string& name) {
+  parse(FileSource(name, budget));
 }
 
 void DocumentParser::startElement(const xercesc::XMLElementDecl& declaration, unsigned int urlId,
                                   const XMLCh* prefix,
                                   const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes,
                                   XMLSize_t attributeCount, bool isEmpty, bool isRoot) {
+  if (attributeCount > maximumAttributes) refuse("too many attributes");
+  if (++depth % levelsBetweenChecks == 0 &&
+      cppUtil::internal::stackLeft() < stackReserve + depth * stackPerLevel) {
+    refuse("elements nested too deeply for the stack");
+  }
   if (valueDepth > 0 || isValue(declaration.getBaseName())) ++valueDepth;
   Parser::startElement(declaration, urlId, prefix, attributes, attributeCount, isEmpty, isRoot);
 }
@@ -32,11 +62,19 @@ void DocumentParser::startElement(const xercesc::XMLElementDecl& declaration, un
 void DocumentParser::endElement(const xercesc::XMLElementDecl& declaration, unsigned int urlId,
                                 bool isRoot, const XMLCh* prefix) {
   Parser::endElement(declaration, urlId, isRoot, prefix);
+  --depth;
   if (valueDepth > 0) --valueDepth;
 }
 
 void DocumentParser::docCharacters(const XMLCh* text, XMLSize_t length, bool isCdata) {
   if (valueDepth > 0) Parser::docCharacters(text, length, isCdata);
+}
+
+void DocumentParser::refuse(const char* reason) const {
+  const xercesc::Locator* locator = getScanner()->getLocator();
+  throw xerces::Exception() << "XMLParser: in file \"" << getFileName() << "\" at line "
+                            << locator->getLineNumber() << " at column "
+                            << locator->getColumnNumber() << ": " << reason << "!";
 }
 
 }  // namespace service::util::config::xml::internal

@@ -91,7 +91,27 @@ void append(Map& map, const std::string& name, const Element& element) {
 
 }  // namespace
 
-Config::~Config() = default;
+// Sections that nobody else holds are taken out of their parents first: left to the members, the
+// destruction of a deep tree would recurse as deep.
+Config::~Config() {
+  try {
+    std::vector<IConfigPtr> orphans;
+    takeSections(orphans);
+    while (!orphans.empty()) {
+      const IConfigPtr orphan = std::move(orphans.back());
+      orphans.pop_back();
+      if (orphan.use_count() == 1) static_cast<Config&>(*orphan).takeSections(orphans);
+    }
+  } catch (const std::bad_alloc&) {  // without memory for the list, the members do it
+  }
+}
+
+void Config::takeSections(std::vector<IConfigPtr>& taken) {
+  for (auto& [name, children] : sections) {
+    taken.insert(taken.end(), children.begin(), children.end());
+    children.clear();
+  }
+}
 
 void Config::addProperty(const std::string& name, const std::string& value) {
   requireText(name, addPropertyName, emptyPropertyName);

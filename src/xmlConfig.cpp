@@ -4,6 +4,7 @@
 
 #include <cutil/cutil.h>
 
+#include <algorithm>
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/framework/XMLGrammarPoolImpl.hpp>
@@ -17,6 +18,7 @@
 #include "cppUtil/err/Exception.hpp"
 #include "cppUtil/err/guarded.hpp"
 #include "cppUtil/fileName/getPath.hpp"
+#include "cppUtil/internal/stackLeft.hpp"
 #include "cppUtil/logger/Logger.hpp"
 #include "names.hpp"
 #include "service/util/config/grammar/getGrammar.hpp"
@@ -69,6 +71,12 @@ constexpr const char* parseIncludeSignature =
     "const xercesc_3_1::DOMElement&)";
 
 constexpr std::uint32_t infoLevel = CU_INFO;
+
+// What must be left of the stack, in bytes, to go into a section and to parse a file, with room to
+// report a failure there; and how much a load uses before that is looked at.
+constexpr std::size_t sectionStack = 32 * 1024;
+constexpr std::size_t includeStack = 96 * 1024;
+constexpr std::size_t uncheckedStack = 32 * 1024;
 
 // Stands in for an exception of the XML library, which must not outlive the library's termination.
 struct XmlLibraryFailure {};
@@ -124,15 +132,27 @@ void enableValidation(xerces::Parser& parser, const SchemeList& schemes) {
   parser.useCachedGrammarInParse(true);
 }
 
-// Compiles the grammar of configuration files into the parser's pool. What the XML library has to
-// say about the grammar goes to errors, which the parser refers to until it parses.
-void loadGrammar(xerces::Parser& parser, xerces::ErrorHandler& errors) {
+// Compiles the grammar of configuration files into the pool.
+void loadGrammar(xercesc::XMLGrammarPool& grammars) {
+  xerces::ErrorHandler errors;
+  xerces::Parser parser(&grammars);
   const std::vector<char> grammar = grammar::getGrammar();
   const xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(grammar.data()),
                                           grammar.size(), "config.xsd");
   parser.setErrorHandler(&errors);
   parser.loadGrammar(source, xercesc::Grammar::SchemaGrammarType, true);
   if (errors.hasErrors()) throw xerces::Exception() << errors.getReport();
+}
+
+// A grammar binds the elements of its own namespace only, and a document type those of none.
+void requireKnownNamespace(const DOMElement& root, const SchemeList& schemes) {
+  const std::string uri = xerces::transcode(root.getNamespaceURI());
+  const bool isKnown = uri == names::grammarNamespace ||
+                       std::any_of(schemes.begin(), schemes.end(),
+                                   [&](const auto& scheme) { return scheme.first == uri; });
+  if (isKnown) return;
+  throw xerces::failureAt(root) << ": expected element in the namespace \""
+                                << names::grammarNamespace << "\"!";
 }
 
 // The child elements of an element that mean something, by kind, each kind in document order.
@@ -177,8 +197,15 @@ namespace internal {
 
 using config::internal::Config;
 
-// What the files of one load have in common.
+// What the files of one load have in common. The parser knows it while it lives.
 struct XmlConfigParser::Load {
+  explicit Load(XmlConfigParser& parser) : parser(parser) { parser.load = this; }
+  ~Load() { parser.load = nullptr; }
+  Load(const Load&) = delete;
+  Load& operator=(const Load&) = delete;
+
+  XmlConfigParser& parser;
+  const char* stackBase = static_cast<const char*>(__builtin_frame_address(0));
   // Holds the grammar of configuration files and nothing else: schemas that one file brings along
   // must not change what holds for the next.
   xercesc::XMLGrammarPoolImpl grammars{XMLPlatformUtils::fgMemoryManager};
@@ -195,12 +222,8 @@ XmlConfigParser::XmlConfigParser(const std::string& file, const SchemeList& sche
   }
   const std::string directory = cppUtil::fileName::getPath(fileName);
   const Session session;
-  withoutXmlExceptions([&] {
-    Load running;
-    load = &running;
-    withDirectory(directory, [&] { parse(config, fileName); });
-    load = nullptr;
-  });
+  const Load running(*this);
+  withDirectory(directory, [&] { parse(config, fileName); });
 }
 
 XmlConfigParser::~XmlConfigParser() = default;
@@ -210,21 +233,27 @@ IConfigPtr XmlConfigParser::getConfig() const {
 }
 
 void XmlConfigParser::parse(const IConfigPtr& config, const std::string& fileName) {
+  if (load == nullptr) {
+    const Load running(*this);
+    return parse(config, fileName);
+  }
   logParsing(fileName);
-
-  xerces::ErrorHandler grammarErrors;
-  DocumentParser parser(load == nullptr ? nullptr : &load->grammars);
-  if (validate) {
-    enableValidation(parser, schemes);
-    if (load == nullptr || !load->hasGrammar) loadGrammar(parser, grammarErrors);
-    if (load != nullptr) load->hasGrammar = true;
-  }
-  const xercesc::DOMDocument* document = parser.parseDoc(fileName);
-  const DOMElement* root = document->getDocumentElement();
-  if (root == nullptr) {
-    throw xerces::Exception() << "XMLParser: internal error: No document root element";
-  }
-  guarded({unit, parseSignature, __LINE__}, [&] { parseConfig(config, *root); });
+  withoutXmlExceptions([&] {
+    Budget budget(fileName);
+    DocumentParser parser(load->grammars, schemes, budget);
+    if (validate) {
+      if (!load->hasGrammar) loadGrammar(load->grammars);
+      load->hasGrammar = true;
+      enableValidation(parser, schemes);
+    }
+    const xercesc::DOMDocument* document = parser.parseDoc(fileName);
+    const DOMElement* root = document->getDocumentElement();
+    if (root == nullptr) {
+      throw xerces::Exception() << "XMLParser: internal error: No document root element";
+    }
+    if (validate) requireKnownNamespace(*root, schemes);
+    guarded({unit, parseSignature, __LINE__}, [&] { parseConfig(config, *root); });
+  });
 }
 
 void XmlConfigParser::parseConfig(const IConfigPtr& config, const DOMElement& root) {
@@ -239,6 +268,7 @@ void XmlConfigParser::parseConfig(const IConfigPtr& config, const DOMElement& ro
 void XmlConfigParser::parseSection(const IConfigPtr& parent, const DOMElement& element) {
   const auto at = [](int line) { return Place{unit, parseSectionSignature, line}; };
   guarded(at(__LINE__), [&] { xerces::match(element, names::section); });
+  guarded(at(__LINE__), [&] { requireStack(element, sectionStack); });
   const std::string name =
       guarded(at(__LINE__), [&] { return xerces::mandatoryAttribute(element, names::name); });
   const IConfigPtr child = parent->addSection(name);
@@ -261,6 +291,7 @@ void XmlConfigParser::parseInclude(const IConfigPtr& config, const DOMElement& e
   const auto at = [](int line) { return Place{unit, parseIncludeSignature, line}; };
   guarded(at(__LINE__), [&] { xerces::match(element, names::include); });
   guarded(at(__LINE__), [&] {
+    requireStack(element, includeStack);
     const std::string text = xerces::textContent(element);
     const std::string path = ConfigLocator::find(text);
     if (path.empty()) {
@@ -272,6 +303,15 @@ void XmlConfigParser::parseInclude(const IConfigPtr& config, const DOMElement& e
     }
     withDirectory(cppUtil::fileName::getPath(path), [&] { parse(config, path); });
   });
+}
+
+// Files that include each other and sections in sections go as deep as the input says. The stack is
+// asked for only when the load has used some of it.
+void XmlConfigParser::requireStack(const DOMElement& element, std::size_t bytes) const {
+  const auto* here = static_cast<const char*>(__builtin_frame_address(0));
+  if (load == nullptr || static_cast<std::size_t>(load->stackBase - here) < uncheckedStack) return;
+  if (cppUtil::internal::stackLeft() >= bytes) return;
+  throw xerces::failureAt(element) << ": files or sections nested too deeply for the stack!";
 }
 
 }  // namespace internal

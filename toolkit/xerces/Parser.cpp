@@ -62,9 +62,8 @@ const XMLCh* Parser::LocationTagHandler::getLocationTagName() {
   return LOCATION_TAG_KEY;
 }
 
-Parser::Parser(xercesc::XMLGrammarPool* grammars)
-    : XercesDOMParser(nullptr, xercesc::XMLPlatformUtils::fgMemoryManager, grammars),
-      handledBefore(handledNotices) {
+Parser::Parser(xercesc::XMLGrammarPool* grammars, xercesc::MemoryManager* memory)
+    : XercesDOMParser(nullptr, memory, grammars), handledBefore(handledNotices) {
   setErrorHandler(&errorHandler);
   setIncludeIgnorableWhitespace(false);
   setDoNamespaces(true);
@@ -87,7 +86,7 @@ Parser::~Parser() {
     delete document;
   };
   for (xercesc::DOMDocument* document : earlierDocuments) destroy(document);
-  if (getDocument() != nullptr) destroy(adoptDocument());
+  if (getDocument() != nullptr) destroy(AbstractDOMParser::adoptDocument());
 }
 
 xercesc::DOMDocument* Parser::parseDoc(const std::string& name) {
@@ -97,7 +96,7 @@ xercesc::DOMDocument* Parser::parseDoc(const std::string& name) {
   try {
     setErrorHandler(&errorHandler);  // whatever was installed in between
     errorHandler.resetErrors();      // the XML library's DOM parser does not pass the reset on
-    parse(fileName.c_str());
+    parseFile(fileName);
     if (errorHandler.hasErrors()) throw Exception() << errorHandler.getReport();
     xercesc::DOMDocument* document = getDocument();
     if (document == nullptr) {
@@ -117,6 +116,10 @@ xercesc::DOMDocument* Parser::parseDoc(const std::string& name) {
   } catch (...) {
     throw Exception();
   }
+}
+
+void Parser::parseFile(const std::string& name) {
+  parse(name.c_str());
 }
 
 const Parser::LocationTag& Parser::getLocationTag(const DOMNode* node) {
@@ -177,7 +180,7 @@ void Parser::endElement(const xercesc::XMLElementDecl& declaration, unsigned int
 void Parser::keepDocument() {
   if (getDocument() == nullptr) return;
   earlierDocuments.reserve(earlierDocuments.size() + 1);
-  earlierDocuments.push_back(adoptDocument());
+  earlierDocuments.push_back(AbstractDOMParser::adoptDocument());
 }
 
 }  // namespace xerces

@@ -40,8 +40,10 @@ class Parser : public xercesc::XercesDOMParser {
   };
 
   // Namespaces on, ignorable white space off; everything else as the XML library has it. grammars:
-  // a pool that the caller owns and keeps longer than the parser; null for one of its own.
-  explicit Parser(xercesc::XMLGrammarPool* grammars = nullptr);
+  // a pool that the caller owns and keeps longer than the parser; null for one of its own. memory:
+  // where the parse takes its memory, kept as long.
+  explicit Parser(xercesc::XMLGrammarPool* grammars = nullptr,
+                  xercesc::MemoryManager* memory = xercesc::XMLPlatformUtils::fgMemoryManager);
   ~Parser() override;
   Parser(const Parser&) = delete;
   Parser& operator=(const Parser&) = delete;
@@ -50,6 +52,9 @@ class Parser : public xercesc::XercesDOMParser {
   // library reports an error or throws. The document, like those of earlier calls, belongs to the
   // parser and lives as long as it. Installs the parser's own error handler.
   xercesc::DOMDocument* parseDoc(const std::string& fileName);
+
+  // Documents stay with the parser that keeps their tags.
+  xercesc::DOMDocument* adoptDocument() = delete;
 
   // The tag of a node; a tag with an empty file, line 0 and column 0 when it has none, as elements
   // written as empty tags do. Lives as long as the node.
@@ -63,6 +68,12 @@ class Parser : public xercesc::XercesDOMParser {
                     XMLSize_t attributeCount, bool isEmpty, bool isRoot) override;
   void endElement(const xercesc::XMLElementDecl& declaration, unsigned int urlId, bool isRoot,
                   const XMLCh* prefix) override;
+
+ protected:
+  const std::string& getFileName() const { return fileName; }
+
+  // How parseDoc reads the file.
+  virtual void parseFile(const std::string& name);
 
  private:
   void keepDocument();

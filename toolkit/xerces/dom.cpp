@@ -18,7 +18,8 @@ using xercesc::XMLPlatformUtils;
 using xercesc::XMLString;
 
 struct ReleaseText {
-  void operator()(char* text) const {
+  template <class Character>
+  void operator()(Character* text) const {
     XMLString::release(&text, XMLPlatformUtils::fgMemoryManager);
   }
 };
@@ -46,14 +47,6 @@ const XMLCh* onlyTextOf(const DOMNode& node) {
   return isOnlyText ? child->getNodeValue() : nullptr;
 }
 
-Exception failureAt(const DOMElement& element) {
-  const Parser::LocationTag& tag = Parser::getLocationTag(&element);
-  Exception failure;
-  failure << "XMLParser: in file \"" << tag.file << "\" at line " << tag.line << " at column "
-          << tag.column;
-  return failure;
-}
-
 }  // namespace
 
 std::string transcode(const XmlString& text) {
@@ -68,6 +61,20 @@ std::string transcode(const XMLCh* text) {
 
   const LocalText local(XMLString::transcode(text, XMLPlatformUtils::fgMemoryManager));
   return local == nullptr ? std::string() : local.get();
+}
+
+XmlString fromLocal(const std::string& text) {
+  const std::unique_ptr<XMLCh, ReleaseText> units(
+      XMLString::transcode(text.c_str(), XMLPlatformUtils::fgMemoryManager));
+  return units == nullptr ? XmlString() : units.get();
+}
+
+Exception failureAt(const DOMElement& element) {
+  const Parser::LocationTag& tag = Parser::getLocationTag(&element);
+  Exception failure;
+  failure << "XMLParser: in file \"" << tag.file << "\" at line " << tag.line << " at column "
+          << tag.column;
+  return failure;
 }
 
 std::list<DOMElement*> namedChildElements(const DOMElement& element, const XmlString& name) {

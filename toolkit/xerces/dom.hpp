@@ -10,6 +10,8 @@
 #include <string>
 #include <xercesc/dom/DOMElement.hpp>
 
+#include "xerces/Exception.hpp"
+
 namespace xerces {
 
 using XmlString = std::basic_string<XMLCh>;
@@ -17,6 +19,12 @@ using XmlString = std::basic_string<XMLCh>;
 // Converts to the local code page; a null pointer gives an empty string.
 std::string transcode(const XmlString& text);
 std::string transcode(const XMLCh* text);
+
+// Converts from the local code page.
+XmlString fromLocal(const std::string& text);
+
+// The start of a message about element: its place, as above.
+Exception failureAt(const xercesc::DOMElement& element);
 
 // The direct children of element that are elements with the local name `name`, whatever their
 // namespace, in document order. The DOM keeps them.

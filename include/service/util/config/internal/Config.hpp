@@ -38,6 +38,7 @@ class ZU_EXPORT Config : public IConfig {
 
  private:
   const IConfigPtr& findSection(const std::string& name, std::uint32_t index) const;
+  void takeSections(std::vector<IConfigPtr>& taken);
 
   std::map<std::string, std::vector<std::string>> properties;
   std::map<std::string, std::vector<IConfigPtr>> sections;

@@ -6,6 +6,7 @@
 #ifndef SERVICE_UTIL_CONFIG_XML_INTERNAL_XMLCONFIGPARSER_HPP
 #define SERVICE_UTIL_CONFIG_XML_INTERNAL_XMLCONFIGPARSER_HPP
 
+#include <cstddef>
 #include <string>
 
 #include "cppUtil/export.hpp"
@@ -47,11 +48,13 @@ class ZU_EXPORT XmlConfigParser {
  private:
   struct Load;
 
+  void requireStack(const ZU_XERCES_NAMESPACE::DOMElement& element, std::size_t bytes) const;
+
   IConfigPtr config;
   std::string fileName;
   SchemeList schemes;
   bool validate;
-  Load* load = nullptr;  // of the load that is running, in the constructor
+  Load* load = nullptr;  // while a load is running
 };
 
 }  // namespace service::util::config::xml::internal

@@ -134,17 +134,17 @@ class LibconfigWriter : public Writer {
   void closeSection(const std::string&) override { out << indent() << "};\n"; }
 };
 
-class PathCollector : public Sink {
+class SampleCollector : public Sink {
  public:
   void beginSection(const std::string& name) override {
     prefixes.push_back(prefixes.back() + name + ".");
   }
   void endSection() override { prefixes.pop_back(); }
-  void property(const std::string& name, const std::string&) override {
-    if (prefixes.size() == 3) paths.push_back(prefixes.back() + name);
+  void property(const std::string& name, const std::string& value) override {
+    if (prefixes.size() == 3) samples.push_back({prefixes.back() + name, value});
   }
 
-  std::vector<std::string> paths;
+  std::vector<Sample> samples;
 
  private:
   std::vector<std::string> prefixes = {""};
@@ -213,15 +213,15 @@ std::vector<std::string> Inputs::includes(const std::string& name, std::size_t c
   return files;
 }
 
-std::vector<std::string> samplePaths(const Shape& shape, std::size_t count) {
-  PathCollector collector;
+std::vector<Sample> samples(const Shape& shape, std::size_t count) {
+  SampleCollector collector;
   FirstOnly filter(collector);
   generate(shape, seed, filter);
-  std::vector<std::string> sample;
+  std::vector<Sample> result;
   for (std::size_t i = 0; i < count; ++i) {
-    sample.push_back(collector.paths[i * collector.paths.size() / count]);
+    result.push_back(collector.samples[i * collector.samples.size() / count]);
   }
-  return sample;
+  return result;
 }
 
 std::vector<std::string> parts(const std::string& path) {

@@ -43,9 +43,15 @@ class Inputs {
   std::filesystem::path directory;
 };
 
-// Paths of properties, as "section.section.property", spread over the configuration of that shape.
-// Each part is the first one of its name where it stands.
-std::vector<std::string> samplePaths(const Shape& shape, std::size_t count);
+// A property of a configuration, by its path "section.section.property". Each part is the first one
+// of its name where it stands.
+struct Sample {
+  std::string path;
+  std::string value;
+};
+
+// Properties spread over the configuration of that shape.
+std::vector<Sample> samples(const Shape& shape, std::size_t count);
 
 // The names in such a path.
 std::vector<std::string> parts(const std::string& path);

@@ -29,6 +29,12 @@ std::string xpath(std::string path) {
 
 }  // namespace
 
+Paths pathsOf(const std::vector<Sample>& samples) {
+  Paths paths;
+  for (const Sample& sample : samples) paths.push_back(sample.path);
+  return paths;
+}
+
 ByNameAndIndex::ByNameAndIndex(Inputs& inputs, const Shape& shape, const Paths& paths)
     : config(benchmarks::config(inputs, shape)) {
   for (const std::string& path : paths) {

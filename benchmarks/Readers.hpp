@@ -21,6 +21,8 @@ namespace benchmarks {
 
 using Paths = std::vector<std::string>;
 
+Paths pathsOf(const std::vector<Sample>& samples);
+
 // ---- This library: by name and index, with a Select built once, with a Select built at each use
 
 class ByNameAndIndex {

@@ -85,7 +85,7 @@ void printAll(bool smallOnly) {
   printGrowth(inputs, smallOnly ? smallShape : largeShape);
 
   const Shape shape = smallOnly ? smallShape : mediumShape;
-  const Paths paths = samplePaths(shape, 64);
+  const Paths paths = pathsOf(samples(shape, 64));
   printAllocations<SelectOnce>("ours, Select built once", inputs, shape, paths);
   printAllocations<SelectEachTime>("ours, Select built each time", inputs, shape, paths);
   printAllocations<BoostReader>("Boost.PropertyTree get<std::string>", inputs, shape, paths);

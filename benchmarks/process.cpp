@@ -41,7 +41,7 @@ void addProcesses(Inputs& inputs) {
       {"empty main, linked to nothing", "zuProcess_nothing"}};
   for (const auto& [who, program] : programs) {
     add("process, small file", who, [&inputs, program = program](benchmark::State& state) {
-      std::vector<std::string> words = parts(samplePaths(smallShape, 1).front());
+      std::vector<std::string> words = parts(samples(smallShape, 1).front().path);
       words.insert(words.begin(), inputs.file(smallShape));
       for (auto _ : state) {
         if (run(program, words) != 0) return state.SkipWithError("the program failed");

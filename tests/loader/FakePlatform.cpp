@@ -100,6 +100,16 @@ std::uint32_t cu_SearchPath_find(cu_SearchPath*, const char* name, bool* found, 
   }
   return CU_OK;
 }
+std::uint32_t cu_SearchPath_count(cu_SearchPath*, std::size_t* count) {
+  if (const auto result = call("SearchPath_count")) return result;
+  *count = FakePlatform::instance().path.size();
+  return CU_OK;
+}
+std::uint32_t cu_SearchPath_get(cu_SearchPath*, std::size_t index, cu_String* directory) {
+  if (const auto result = call("SearchPath_get")) return result;
+  directory->value = FakePlatform::instance().path.at(index);
+  return CU_OK;
+}
 std::uint32_t cu_SearchPath_prepend(cu_SearchPath*, const char* directory) {
   if (const auto result = call("SearchPath_prepend")) return result;
   auto& path = FakePlatform::instance().path;

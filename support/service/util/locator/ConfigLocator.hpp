@@ -7,6 +7,7 @@
 #define SERVICE_UTIL_LOCATOR_CONFIGLOCATOR_HPP
 
 #include <string>
+#include <vector>
 
 #include "cppUtil/export.hpp"
 
@@ -16,6 +17,20 @@ class ZU_EXPORT ConfigLocator {
  public:
   // The full name of the first file called name along the path; empty when there is none.
   static std::string find(const std::string& name);
+
+  // A file and the entry of the path that it was found in, as the entry was given.
+  struct Match {
+    std::string directory;
+    std::string file;  // the full name, as find gives it
+  };
+
+  // What find would answer, then the files of the same name that it hides, in the order of the
+  // path; a file that several entries lead to counts for the first. An absolute name is looked at
+  // by itself, and its directory is empty.
+  static std::vector<Match> findAll(const std::string& name);
+
+  // The entries of the path, front first; the empty one stands for the current directory.
+  static std::vector<std::string> getEntries();
 
   // Puts directory at the front of the path; the empty one stands for the current directory.
   static void prepend(const std::string& directory);

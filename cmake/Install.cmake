@@ -18,7 +18,12 @@ target_sources(zuUtilConfig PUBLIC FILE_SET HEADERS
     include/service/util/config/grammar/getGrammar.hpp
     include/service/util/config/internal/Config.hpp
     include/service/util/config/internal/Section.hpp
+    include/service/util/config/visit.hpp
+    include/service/util/config/xml/Location.hpp
+    include/service/util/config/xml/Observer.hpp
+    include/service/util/config/xml/Origins.hpp
     include/service/util/config/xml/Session.hpp
+    include/service/util/config/xml/check.hpp
     include/service/util/config/xml/create.hpp
     include/service/util/config/xml/internal/XmlConfigParser.hpp
     ${ZU_GENERATED_INCLUDE_DIR}/service/util/config/xml/internal/xercesNamespace.hpp

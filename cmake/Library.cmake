@@ -31,10 +31,14 @@ add_library(zuUtilConfigObjects OBJECT
   src/DocumentParser.cpp
   src/EntityResolver.cpp
   src/FileSource.cpp
+  src/LoadEvents.cpp
   src/config.cpp
+  src/observer.cpp
+  src/origins.cpp
   src/section.cpp
   src/select.cpp
   src/session.cpp
+  src/visit.cpp
   src/xmlConfig.cpp
   ${PROJECT_BINARY_DIR}/getGrammar.cpp)
 set_target_properties(zuUtilConfigObjects PROPERTIES POSITION_INDEPENDENT_CODE ON)

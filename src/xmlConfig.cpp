@@ -5,6 +5,7 @@
 #include <cutil/cutil.h>
 
 #include <algorithm>
+#include <optional>
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/framework/XMLGrammarPoolImpl.hpp>
@@ -15,6 +16,7 @@
 #include <xercesc/util/XMLString.hpp>
 
 #include "DocumentParser.hpp"
+#include "LoadEvents.hpp"
 #include "cppUtil/err/Exception.hpp"
 #include "cppUtil/err/guarded.hpp"
 #include "cppUtil/fileName/getPath.hpp"
@@ -186,11 +188,22 @@ void forEach(const std::vector<const DOMElement*>& elements, const Place& place,
   }
 }
 
+IConfigPtr createObserved(const std::string& file, const SchemeList& schemes, bool validate,
+                          Observer* observer) {
+  return guarded({unit, createSignature, __LINE__}, [&] {
+    return internal::XmlConfigParser(file, schemes, validate, observer).getConfig();
+  });
+}
+
 }  // namespace
 
 IConfigPtr create(const std::string& file, const SchemeList& schemes, bool validate) {
-  return guarded({unit, createSignature, __LINE__},
-                 [&] { return internal::XmlConfigParser(file, schemes, validate).getConfig(); });
+  return createObserved(file, schemes, validate, nullptr);
+}
+
+IConfigPtr create(const std::string& file, const SchemeList& schemes, bool validate,
+                  Observer& observer) {
+  return createObserved(file, schemes, validate, &observer);
 }
 
 namespace internal {
@@ -213,6 +226,10 @@ struct XmlConfigParser::Load {
 };
 
 XmlConfigParser::XmlConfigParser(const std::string& file, const SchemeList& schemes, bool validate)
+    : XmlConfigParser(file, schemes, validate, nullptr) {}
+
+XmlConfigParser::XmlConfigParser(const std::string& file, const SchemeList& schemes, bool validate,
+                                 Observer* observer)
     : config(std::make_shared<Config>()),
       fileName(ConfigLocator::find(file)),
       schemes(schemes),
@@ -223,7 +240,11 @@ XmlConfigParser::XmlConfigParser(const std::string& file, const SchemeList& sche
   const std::string directory = cppUtil::fileName::getPath(fileName);
   const Session session;
   const Load running(*this);
-  withDirectory(directory, [&] { parse(config, fileName); });
+  std::optional<LoadEvents> observed;
+  if (observer != nullptr) events = &observed.emplace(*observer);
+  reading(events, file, fileName, nullptr,
+          [&] { withDirectory(directory, [&] { parse(config, fileName); }); });
+  events = nullptr;
 }
 
 XmlConfigParser::~XmlConfigParser() = default;
@@ -272,6 +293,7 @@ void XmlConfigParser::parseSection(const IConfigPtr& parent, const DOMElement& e
   const std::string name =
       guarded(at(__LINE__), [&] { return xerces::mandatoryAttribute(element, names::name); });
   const IConfigPtr child = parent->addSection(name);
+  if (events != nullptr) events->sectionAdded(parent, name, child, element);
   const Children children(element);
   forEach(children.properties, at(__LINE__), [&](const auto& e) { parseProperty(child, e); });
   forEach(children.includes, at(__LINE__), [&](const auto& e) { parseInclude(child, e); });
@@ -285,6 +307,7 @@ void XmlConfigParser::parseProperty(const IConfigPtr& config, const DOMElement& 
       guarded(at(__LINE__), [&] { return xerces::mandatoryAttribute(element, names::name); });
   const std::string value = guarded(at(__LINE__), [&] { return xerces::textContent(element); });
   config->addProperty(name, value);
+  if (events != nullptr) events->propertyAdded(config, name, element);
 }
 
 void XmlConfigParser::parseInclude(const IConfigPtr& config, const DOMElement& element) {
@@ -301,7 +324,8 @@ void XmlConfigParser::parseInclude(const IConfigPtr& config, const DOMElement& e
           << "XMLParser: in file \"" << tag.file << "\" at line " << tag.line << " at column "
           << tag.column << ":  included configuration file '" << text << "' not found!";
     }
-    withDirectory(cppUtil::fileName::getPath(path), [&] { parse(config, path); });
+    reading(events, text, path, &element,
+            [&] { withDirectory(cppUtil::fileName::getPath(path), [&] { parse(config, path); }); });
   });
 }
 

@@ -18,13 +18,22 @@ namespace ZU_XERCES_NAMESPACE {
 class DOMElement;
 }
 
+namespace service::util::config::xml {
+class Observer;
+}
+
 namespace service::util::config::xml::internal {
+
+class LoadEvents;
 
 class ZU_EXPORT XmlConfigParser {
  public:
   // Loads the file. Throws cppUtil::err::Exception with code 1 when it is not found on the search
   // path; malformed and invalid documents leave as xerces::Exception.
   XmlConfigParser(const std::string& file, const SchemeList& schemes, bool validate);
+  // The same, and tells the observer about it, if there is one. It is not used after the load.
+  XmlConfigParser(const std::string& file, const SchemeList& schemes, bool validate,
+                  Observer* observer);
   ~XmlConfigParser();
   XmlConfigParser(const XmlConfigParser&) = delete;
   XmlConfigParser& operator=(const XmlConfigParser&) = delete;
@@ -54,7 +63,8 @@ class ZU_EXPORT XmlConfigParser {
   std::string fileName;
   SchemeList schemes;
   bool validate;
-  Load* load = nullptr;  // while a load is running
+  Load* load = nullptr;          // while a load is running
+  LoadEvents* events = nullptr;  // while a load is running that is observed
 };
 
 }  // namespace service::util::config::xml::internal

@@ -1,0 +1,67 @@
+// A witness of a load: it is told of every file, section and property in the order in which they
+// enter the configuration.
+//
+// Made for tools that explain a configuration; Origins is one. A load without an observer does none
+// of the work behind these calls. They come on the thread that loads.
+#ifndef SERVICE_UTIL_CONFIG_XML_OBSERVER_HPP
+#define SERVICE_UTIL_CONFIG_XML_OBSERVER_HPP
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+#include "cppUtil/export.hpp"
+#include "service/util/config/IConfig.hpp"
+#include "service/util/config/xml/Location.hpp"
+#include "service/util/config/xml/create.hpp"
+#include "service/util/locator/ConfigLocator.hpp"
+
+namespace service::util::config::xml {
+
+class ZU_EXPORT Observer {
+ public:
+  // One reading of a file; a file that is included twice is two of them.
+  struct File {
+    std::string name;  // as it is written in the call of create or in the include
+    std::string path;  // what the search path made of it
+
+    // The entry of the search path that path was found in; empty as well for the current directory
+    // and when name is absolute.
+    std::string directory;
+
+    // Files of the same name in directories further down the path, in order; never path itself
+    // under another spelling.
+    std::vector<locator::ConfigLocator::Match> shadowed;
+
+    Location include;                // of the include; without a file for the top-level file
+    const File* includer = nullptr;  // the file that holds the include
+  };
+
+  virtual ~Observer();
+
+  // Each does nothing unless overridden. The arguments are valid during the call. What one throws
+  // ends the load: it reaches the caller as xml::create translates everything, and no further call
+  // is made; neither is one when the load fails by itself.
+
+  // A file is about to be parsed.
+  virtual void fileEntered(const File& file);
+
+  // section was added to parent as the index-th of its name; its content follows.
+  virtual void sectionAdded(const IConfigPtr& parent, const std::string& name, std::uint32_t index,
+                            const IConfigPtr& section, const Location& location);
+
+  // A value was added to config as the index-th of its name.
+  virtual void propertyAdded(const IConfigPtr& config, const std::string& name, std::uint32_t index,
+                             const Location& location);
+
+  // All that file and its includes hold was added.
+  virtual void fileLeft(const File& file);
+};
+
+// Loads like the create without an observer, and tells the observer about it.
+ZU_EXPORT IConfigPtr create(const std::string& file, const SchemeList& schemes, bool validate,
+                            Observer& observer);
+
+}  // namespace service::util::config::xml
+
+#endif

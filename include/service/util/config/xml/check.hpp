@@ -1,0 +1,66 @@
+// Diagnostics: all that is wrong with a configuration file and its includes, at once.
+//
+// A load stops at the first failure; a check goes on, reads every file that the load would read and
+// makes no configuration. The rules of xml::create on process-wide state and threads hold here.
+#ifndef SERVICE_UTIL_CONFIG_XML_CHECK_HPP
+#define SERVICE_UTIL_CONFIG_XML_CHECK_HPP
+
+#include <string>
+#include <vector>
+
+#include "cppUtil/export.hpp"
+#include "service/util/config/xml/Location.hpp"
+#include "service/util/config/xml/Observer.hpp"
+#include "service/util/config/xml/create.hpp"
+
+namespace service::util::config::xml {
+
+// A warning tells of what loads and is probably not meant; a load of files with an error fails.
+enum class Severity { WARNING, ERROR };
+
+struct Problem {
+  Severity severity;
+
+  // What was violated; stable, for scripts to filter by. Errors:
+  //   not-found        the top-level file is not on the search path
+  //   not-well-formed  no XML document, or several root elements
+  //   invalid          against the grammar or the given schemas; only when validating
+  //   wrong-root       the root element is not "config"
+  //   missing-name     a property or section without a name, or with an empty one
+  //   missing-value    a property or an include without text
+  //   missing-include  an included file is not on the search path
+  //   include-cycle    an include of a file that is being read; the message tells the whole circle
+  //   unloadable       a file that the loader refuses for another reason
+  // Warnings:
+  //   unreachable-name  a name that no selector can spell
+  //   shadowed-file     a file that hides others of its name further down the search path
+  //   unknown-element   an element that the loader ignores; only when not validating
+  //   xml               what the XML library warns of
+  std::string rule;
+
+  std::string message;  // one sentence, without place and rule, no line break at the end
+
+  // Of the element or the fault in the document. For elements written as empty tags, and faults of
+  // a whole file, a file only; the file is as written when it was not found at top level.
+  Location location;
+
+  // Where the file of location is included, and the file of that include, and so on up to the
+  // top-level file. Empty in the top-level file. A file that is included several times is told of
+  // once, with the first chain.
+  std::vector<Location> includes;
+};
+
+// The problems of file and everything it includes, file by file in the order of reading, in each by
+// line. Takes its arguments as xml::create does. Throws cppUtil::err::Exception when the check
+// itself fails, for want of memory or because a platform call failed.
+ZU_EXPORT std::vector<Problem> check(const std::string& file, const SchemeList& schemes,
+                                     bool validate);
+
+// The same, and tells the observer of the files that were entered and left, in pairs: the include
+// graph of files that need not load. Of no section and no property.
+ZU_EXPORT std::vector<Problem> check(const std::string& file, const SchemeList& schemes,
+                                     bool validate, Observer& observer);
+
+}  // namespace service::util::config::xml
+
+#endif

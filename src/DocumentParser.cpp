@@ -33,7 +33,7 @@ constexpr std::size_t levelsBetweenChecks = 64;
 
 DocumentParser::DocumentParser(xercesc::XMLGrammarPool& grammars, const SchemeList& schemes,
                                Budget& budget)
-    : Parser(&grammars, &budget), budget(budget), resolver(schemes, budget) {
+    : Parser(&grammars, &budget, Places::IN_TABLE), budget(budget), resolver(schemes, budget) {
   setCreateCommentNodes(false);
   setXMLEntityResolver(&resolver);
   limits.setEntityExpansionLimit(maximumExpansions);

@@ -1,5 +1,6 @@
 #include "xerces/Parser.hpp"
 
+#include <algorithm>
 #include <atomic>
 #include <memory>
 #include <xercesc/dom/DOMException.hpp>
@@ -19,6 +20,9 @@ using xercesc::DOMUserDataHandler;
 
 constexpr XMLCh LOCATION_TAG_KEY[] = {'L', 'i', 'n', 'e', 'N', 'u', 'm', 'b', 'e', 'r', 'A',
                                       'n', 'n', 'o', 't', 'a', 't', 'i', 'o', 'n', 0};
+
+// Leads from a document whose places are in a table to its parser.
+constexpr XMLCh PARSER_KEY[] = {'P', 'a', 'r', 's', 'e', 'r', 0};
 
 // How often the DOM told the handler of a tag.
 std::atomic<unsigned int> handledNotices{0};
@@ -62,8 +66,8 @@ const XMLCh* Parser::LocationTagHandler::getLocationTagName() {
   return LOCATION_TAG_KEY;
 }
 
-Parser::Parser(xercesc::XMLGrammarPool* grammars, xercesc::MemoryManager* memory)
-    : XercesDOMParser(nullptr, memory, grammars), handledBefore(handledNotices) {
+Parser::Parser(xercesc::XMLGrammarPool* grammars, xercesc::MemoryManager* memory, Places places)
+    : XercesDOMParser(nullptr, memory, grammars), places(places), handledBefore(handledNotices) {
   setErrorHandler(&errorHandler);
   setIncludeIgnorableWhitespace(false);
   setDoNamespaces(true);
@@ -91,6 +95,8 @@ Parser::~Parser() {
 
 xercesc::DOMDocument* Parser::parseDoc(const std::string& name) {
   fileName = name;
+  table.clear();
+  isTableSorted = false;
   keepDocument();
   reset();
   try {
@@ -103,6 +109,7 @@ xercesc::DOMDocument* Parser::parseDoc(const std::string& name) {
       throw Exception() << "XMLParser: internal error: Null document";
     }
     document->setUserData(LOCATION_TAG_KEY, &documentTag(), &getLocationTagHandler());
+    if (places == Places::IN_TABLE) document->setUserData(PARSER_KEY, this, nullptr);
     return document;
   } catch (const Exception&) {
     throw;
@@ -125,8 +132,14 @@ void Parser::parseFile(const std::string& name) {
 const Parser::LocationTag& Parser::getLocationTag(const DOMNode* node) {
   static const LocationTag null = {"", 0, 0, 0};
 
-  const auto* tag =
-      node == nullptr ? nullptr : static_cast<LocationTag*>(node->getUserData(LOCATION_TAG_KEY));
+  if (node == nullptr) return null;
+  const auto* tag = static_cast<LocationTag*>(node->getUserData(LOCATION_TAG_KEY));
+  const xercesc::DOMDocument* document = node->getOwnerDocument();
+  if (tag == nullptr && document != nullptr) {
+    if (auto* parser = static_cast<Parser*>(document->getUserData(PARSER_KEY))) {
+      tag = parser->tagFromTable(node);
+    }
+  }
   return tag == nullptr ? null : *tag;
 }
 
@@ -144,17 +157,13 @@ void Parser::startElement(const xercesc::XMLElementDecl& declaration, unsigned i
   if (isEmpty) return;
 
   const xercesc::Locator* locator = getScanner()->getLocator();
-  const auto line = static_cast<int>(locator->getLineNumber());
-  const auto column = static_cast<int>(locator->getColumnNumber());
-  auto tag = std::make_unique<LocationTag>(LocationTag{fileName, line, column, 0});
-  tags.push_back(tag.get());
-  try {
-    getCurrentNode()->setUserData(LOCATION_TAG_KEY, tag.get(), &getLocationTagHandler());
-  } catch (...) {
-    tags.pop_back();
-    throw;
+  const Place place = {getCurrentNode(), static_cast<int>(locator->getLineNumber()),
+                       static_cast<int>(locator->getColumnNumber())};
+  if (places == Places::IN_TABLE) {
+    table.push_back(place);
+  } else {
+    attachTag(place);
   }
-  ++tag.release()->refCount;
 }
 
 // With namespaces on, the scanner reports an empty tag as a start tag and an end tag at the same
@@ -165,15 +174,43 @@ void Parser::endElement(const xercesc::XMLElementDecl& declaration, unsigned int
   DOMNode* element = getCurrentNode();
   if (element->hasChildNodes()) return;
 
-  const auto* tag = static_cast<LocationTag*>(element->getUserData(LOCATION_TAG_KEY));
   const xercesc::Locator* locator = getScanner()->getLocator();
-  if (tag == nullptr || tag->line != static_cast<int>(locator->getLineNumber()) ||
-      tag->column != static_cast<int>(locator->getColumnNumber())) {
-    return;
+  const auto isHere = [locator](int line, int column) {
+    return line == static_cast<int>(locator->getLineNumber()) &&
+           column == static_cast<int>(locator->getColumnNumber());
+  };
+  // The newest place is that of this element, which has no children.
+  if (places == Places::IN_TABLE) {
+    if (!table.empty() && isHere(table.back().line, table.back().column)) table.pop_back();
+  } else if (!tags.empty() && isHere(tags.back()->line, tags.back()->column)) {
+    element->setUserData(LOCATION_TAG_KEY, nullptr, nullptr);
+    delete tags.back();
+    tags.pop_back();
   }
-  element->setUserData(LOCATION_TAG_KEY, nullptr, nullptr);
-  delete tag;
-  tags.pop_back();  // the newest one: the element has no children
+}
+
+Parser::LocationTag* Parser::attachTag(const Place& place) {
+  auto tag = std::make_unique<LocationTag>(LocationTag{fileName, place.line, place.column, 0});
+  tags.push_back(tag.get());
+  try {
+    place.node->setUserData(LOCATION_TAG_KEY, tag.get(), &getLocationTagHandler());
+  } catch (...) {
+    tags.pop_back();
+    throw;
+  }
+  ++tag->refCount;
+  return tag.release();
+}
+
+Parser::LocationTag* Parser::tagFromTable(const DOMNode* node) {
+  const auto isBefore = [](const Place& left, const Place& right) {
+    return left.node < right.node;
+  };
+  if (!isTableSorted) std::sort(table.begin(), table.end(), isBefore);
+  isTableSorted = true;
+  const Place wanted = {const_cast<DOMNode*>(node), 0, 0};
+  const auto found = std::lower_bound(table.begin(), table.end(), wanted, isBefore);
+  return found == table.end() || found->node != node ? nullptr : attachTag(*found);
 }
 
 // Takes over the document of the last parse, before the base class forgets to release it.

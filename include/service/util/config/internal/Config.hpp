@@ -40,8 +40,18 @@ class ZU_EXPORT Config : public IConfig {
   const IConfigPtr& findSection(const std::string& name, std::uint32_t index) const;
   void takeSections(std::vector<IConfigPtr>& taken);
 
-  std::map<std::string, std::vector<std::string>> properties;
-  std::map<std::string, std::vector<IConfigPtr>> sections;
+  // The order of std::less<std::string>. Most comparisons of a look-up end at the first byte, which
+  // is compared in line.
+  struct NameOrder {
+    bool operator()(const std::string& left, const std::string& right) const {
+      const auto first = static_cast<unsigned char>(left[0]);  // NUL for an empty name
+      const auto second = static_cast<unsigned char>(right[0]);
+      return first == second ? left < right : first < second;
+    }
+  };
+
+  std::map<std::string, std::vector<std::string>, NameOrder> properties;
+  std::map<std::string, std::vector<IConfigPtr>, NameOrder> sections;
 };
 
 }  // namespace service::util::config::internal

@@ -38,6 +38,7 @@ add_library(zuUtilConfigObjects OBJECT
   src/section.cpp
   src/select.cpp
   src/session.cpp
+  src/validation.cpp
   src/visit.cpp
   src/xmlConfig.cpp
   ${PROJECT_BINARY_DIR}/getGrammar.cpp)

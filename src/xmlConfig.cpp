@@ -4,15 +4,10 @@
 
 #include <cutil/cutil.h>
 
-#include <algorithm>
 #include <optional>
 #include <xercesc/dom/DOM.hpp>
-#include <xercesc/framework/MemBufInputSource.hpp>
 #include <xercesc/framework/XMLGrammarPoolImpl.hpp>
-#include <xercesc/sax/SAXException.hpp>
-#include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
-#include <xercesc/util/XMLException.hpp>
 #include <xercesc/util/XMLString.hpp>
 
 #include "DocumentParser.hpp"
@@ -23,13 +18,13 @@
 #include "cppUtil/internal/stackLeft.hpp"
 #include "cppUtil/logger/Logger.hpp"
 #include "names.hpp"
-#include "service/util/config/grammar/getGrammar.hpp"
 #include "service/util/config/internal/Config.hpp"
 #include "service/util/config/xml/Session.hpp"
 #include "service/util/config/xml/create.hpp"
 #include "service/util/config/xml/internal/XmlConfigParser.hpp"
 #include "service/util/locator/ConfigLocator.hpp"
-#include "xerces/ErrorHandler.hpp"
+#include "validation.hpp"
+#include "withoutXmlExceptions.hpp"
 #include "xerces/Exception.hpp"
 #include "xerces/Parser.hpp"
 #include "xerces/dom.hpp"
@@ -41,6 +36,7 @@ namespace {
 using cppUtil::err::Exception;
 using cppUtil::err::guarded;
 using cppUtil::err::Place;
+using internal::withoutXmlExceptions;
 using locator::ConfigLocator;
 using xercesc::DOMElement;
 using xercesc::DOMNode;
@@ -80,24 +76,6 @@ constexpr std::size_t sectionStack = 32 * 1024;
 constexpr std::size_t includeStack = 96 * 1024;
 constexpr std::size_t uncheckedStack = 32 * 1024;
 
-// Stands in for an exception of the XML library, which must not outlive the library's termination.
-struct XmlLibraryFailure {};
-
-template <class Step>
-void withoutXmlExceptions(const Step& step) {
-  try {
-    step();
-  } catch (const xercesc::XMLException&) {
-    throw XmlLibraryFailure();
-  } catch (const xercesc::DOMException&) {
-    throw XmlLibraryFailure();
-  } catch (const xercesc::SAXException&) {
-    throw XmlLibraryFailure();
-  } catch (const xercesc::OutOfMemoryException&) {
-    throw XmlLibraryFailure();
-  }
-}
-
 // Runs step with directory at the front of the search path. Whatever throws, the step, the prepend
 // or the removal itself, the removal is tried once more and the first exception goes on.
 template <class Step>
@@ -121,38 +99,8 @@ void logParsing(const std::string& fileName) {
   logger.log();
 }
 
-// Switches on validation against the grammars in the parser's pool and the caller's schemas.
-void enableValidation(xerces::Parser& parser, const SchemeList& schemes) {
-  std::string locations;
-  for (const auto& [uri, location] : schemes) {
-    locations += uri + " " + location + "\n";
-  }
-  parser.setValidationScheme(xerces::Parser::Val_Always);
-  parser.setDoSchema(true);
-  parser.setValidationConstraintFatal(true);
-  parser.setExternalSchemaLocation(locations.c_str());
-  parser.useCachedGrammarInParse(true);
-}
-
-// Compiles the grammar of configuration files into the pool.
-void loadGrammar(xercesc::XMLGrammarPool& grammars) {
-  xerces::ErrorHandler errors;
-  xerces::Parser parser(&grammars);
-  const std::vector<char> grammar = grammar::getGrammar();
-  const xercesc::MemBufInputSource source(reinterpret_cast<const XMLByte*>(grammar.data()),
-                                          grammar.size(), "config.xsd");
-  parser.setErrorHandler(&errors);
-  parser.loadGrammar(source, xercesc::Grammar::SchemaGrammarType, true);
-  if (errors.hasErrors()) throw xerces::Exception() << errors.getReport();
-}
-
-// A grammar binds the elements of its own namespace only, and a document type those of none.
 void requireKnownNamespace(const DOMElement& root, const SchemeList& schemes) {
-  const std::string uri = xerces::transcode(root.getNamespaceURI());
-  const bool isKnown = uri == names::grammarNamespace ||
-                       std::any_of(schemes.begin(), schemes.end(),
-                                   [&](const auto& scheme) { return scheme.first == uri; });
-  if (isKnown) return;
+  if (internal::isInKnownNamespace(root, schemes)) return;
   throw xerces::failureAt(root) << ": expected element in the namespace \""
                                 << names::grammarNamespace << "\"!";
 }

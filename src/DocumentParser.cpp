@@ -26,7 +26,7 @@ constexpr XMLSize_t maximumExpansions = 50000;
 // Reading the text of nested elements takes this much stack for each level, and so, or less, does
 // the walk over nested sections.
 constexpr std::size_t stackPerLevel = 512;
-constexpr std::size_t stackReserve = 64 * 1024;
+constexpr std::size_t stackReserve = 64UL * 1024;
 constexpr std::size_t levelsBetweenChecks = 64;
 
 }  // namespace

@@ -121,7 +121,7 @@ void Config::addProperty(const std::string& name, const std::string& value) {
 
 IConfigPtr Config::addSection(const std::string& name) {
   requireText(name, addSectionName, emptySectionName);
-  const IConfigPtr section = std::make_shared<Config>();
+  IConfigPtr section = std::make_shared<Config>();
   append(sections, name, section);
   return section;
 }

@@ -13,7 +13,7 @@ namespace service::util::config::xml::internal {
 void enableValidation(xerces::Parser& parser, const SchemeList& schemes) {
   std::string locations;
   for (const auto& [uri, location] : schemes) {
-    locations += uri + " " + location + "\n";
+    locations.append(uri).append(" ").append(location).append("\n");
   }
   parser.setValidationScheme(xerces::Parser::Val_Always);
   parser.setDoSchema(true);

@@ -72,9 +72,9 @@ constexpr std::uint32_t infoLevel = CU_INFO;
 
 // What must be left of the stack, in bytes, to go into a section and to parse a file, with room to
 // report a failure there; and how much a load uses before that is looked at.
-constexpr std::size_t sectionStack = 32 * 1024;
-constexpr std::size_t includeStack = 96 * 1024;
-constexpr std::size_t uncheckedStack = 32 * 1024;
+constexpr std::size_t sectionStack = 32UL * 1024;
+constexpr std::size_t includeStack = 96UL * 1024;
+constexpr std::size_t uncheckedStack = 32UL * 1024;
 
 // Runs step with directory at the front of the search path. Whatever throws, the step, the prepend
 // or the removal itself, the removal is tried once more and the first exception goes on.
@@ -248,6 +248,8 @@ void XmlConfigParser::parseSection(const IConfigPtr& parent, const DOMElement& e
   forEach(children.sections, at(__LINE__), [&](const auto& e) { parseSection(child, e); });
 }
 
+// A step of the parser like the others, though it needs nothing of it.
+// NOLINTNEXTLINE(readability-convert-member-functions-to-static)
 void XmlConfigParser::parseProperty(const IConfigPtr& config, const DOMElement& element) {
   const auto at = [](int line) { return Place{unit, parsePropertySignature, line}; };
   guarded(at(__LINE__), [&] { xerces::match(element, names::property); });

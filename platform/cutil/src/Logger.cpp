@@ -18,7 +18,7 @@ using cutil::guarded;
 constexpr const char* kFile = "platform/cutil/Logger";
 constexpr const char* kLevels = "0 to 4";
 constexpr const char* kLevelNames[] = {"fatal", "error", "warning", "info", "debug"};
-constexpr std::uint32_t kUnset = ~0u;
+constexpr std::uint32_t kUnset = ~0U;
 
 // Constant-initialised: static initialisers of other libraries may log.
 std::atomic<std::uint32_t> threshold{kUnset};

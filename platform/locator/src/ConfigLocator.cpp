@@ -20,7 +20,7 @@ std::vector<std::string> split(std::string_view text) {
   for (;;) {
     const std::size_t colon = text.find(':');
     parts.emplace_back(text.substr(0, colon));
-    if (colon == text.npos) return parts;
+    if (colon == std::string_view::npos) return parts;
     text.remove_prefix(colon + 1);
   }
 }

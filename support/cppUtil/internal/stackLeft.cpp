@@ -17,7 +17,7 @@ struct Stack {
 };
 
 // Where the system does not tell, as without /proc, a modest stack below here is assumed.
-constexpr std::size_t assumedSize = 512 * 1024;
+constexpr std::size_t assumedSize = 512UL * 1024;
 
 Stack stackOf(pthread_t thread, Address here) {
   pthread_attr_t attributes;
@@ -39,8 +39,9 @@ std::size_t stackLeft() {
   thread_local const Stack stack = stackOf(pthread_self(), here);
   if (here >= stack.begin) return std::numeric_limits<std::size_t>::max();
   // Below the end by less than a guard is still this stack; further away it is another one.
-  if (here < stack.end)
+  if (here < stack.end) {
     return stack.end - here < assumedSize ? 0 : std::numeric_limits<std::size_t>::max();
+  }
   return here - stack.end;
 }
 

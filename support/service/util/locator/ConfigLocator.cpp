@@ -28,7 +28,7 @@ std::string getEntry(std::size_t index) {
 // found, when the current directory is gone.
 std::string join(const std::string& directory, const std::string& name) {
   const bool needsSlash = !directory.empty() && directory.back() != '/';
-  const std::string joined = directory + (needsSlash ? "/" : "") + name;
+  std::string joined = directory + (needsSlash ? "/" : "") + name;
   if (joined.front() == '/') return joined;
   std::error_code ignored;
   const std::string current = std::filesystem::current_path(ignored);

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <memory>
+#include <new>
 
 #include "cppUtil/err/internal/demangledFrame.hpp"
 
@@ -40,23 +41,23 @@ std::string demangledFrame(const std::string& frame) {
 
 }  // namespace internal
 
-// The walker must have a frame of its own: frame 0 is skipped as this function.
+// The walker must have a frame of its own, and call backtrace from it: frame 0 is skipped as this
+// function.
 __attribute__((noinline)) void StackTrace::getTrace(unsigned int depth) {
   const unsigned int limit = depth + 1;  // one more for the walker; wraps to 0 at the largest depth
   std::vector<void*> addresses(std::min(limit, initialSlots));
-  const auto walk = [&addresses] {
-    return static_cast<unsigned int>(
-        backtrace(addresses.data(), static_cast<int>(addresses.size())));
-  };
-
-  unsigned int count = walk();
-  while (count >= addresses.size() && addresses.size() != limit) {
+  unsigned int count = 0;
+  for (;;) {
+    count =
+        static_cast<unsigned int>(backtrace(addresses.data(), static_cast<int>(addresses.size())));
+    if (count < addresses.size() || addresses.size() == limit) break;
     addresses.assign(std::min<std::size_t>(2 * addresses.size(), limit), nullptr);
-    count = walk();
   }
+  if (count < 2) return;
 
   const std::unique_ptr<char*, Free> symbols(
       backtrace_symbols(addresses.data(), static_cast<int>(count)));
+  if (!symbols) throw std::bad_alloc();
   for (unsigned int i = 1; i < count; ++i) {
     frames.push_back(internal::demangledFrame(symbols.get()[i]));
   }

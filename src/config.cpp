@@ -132,7 +132,17 @@ std::uint32_t Config::getSectionCount(const std::string& name) const {
 }
 
 IConfigPtr Config::getSection(const std::string& name, std::uint32_t index) const {
-  return findSection(name, index);
+  requireText(name, getSectionName, emptySectionName);
+  const auto found = sections.find(name);
+  if (found == sections.end()) {
+    throw failure(NOT_FOUND, getSectionUnknown)
+        << "util::config: no section called \"" << name << "\"";
+  }
+  if (index >= found->second.size()) {
+    throw failure(NOT_FOUND, getSectionIndex) << "util::config: section index " << index
+                                              << " for section \"" << name << "\" out of bounds";
+  }
+  return found->second[index];
 }
 
 std::uint32_t Config::getPropertyCount(const std::string& name) const {
@@ -149,10 +159,12 @@ bool Config::getProperty(const std::string& name, std::string& value, std::uint3
 }
 
 bool Config::getProperty(const Select& select, std::string& value) const {
+  // Every step goes through the interface: a derived class may answer differently.
   const IConfig* current = this;
+  IConfigPtr section;
   for (const auto& [name, index] : select.sectionPath) {
-    // Every child is a Config, and its parent keeps it alive during the walk.
-    current = static_cast<const Config*>(current)->findSection(name, index).get();
+    section = current->getSection(name, index);
+    current = section ? section.get() : this;
   }
   return current->getProperty(select.propertyName, value, select.propertyIndex);
 }
@@ -163,20 +175,6 @@ std::vector<std::string> Config::getPropertyNames() const {
 
 std::vector<std::string> Config::getSectionNames() const {
   return namesOf(sections);
-}
-
-const IConfigPtr& Config::findSection(const std::string& name, std::uint32_t index) const {
-  requireText(name, getSectionName, emptySectionName);
-  const auto found = sections.find(name);
-  if (found == sections.end()) {
-    throw failure(NOT_FOUND, getSectionUnknown)
-        << "util::config: no section called \"" << name << "\"";
-  }
-  if (index >= found->second.size()) {
-    throw failure(NOT_FOUND, getSectionIndex) << "util::config: section index " << index
-                                              << " for section \"" << name << "\" out of bounds";
-  }
-  return found->second[index];
 }
 
 }  // namespace internal

@@ -1,0 +1,131 @@
+#include "cppUtil/err/StackTrace.hpp"
+
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "cppUtil/err/Exception.hpp"
+#include "cppUtil/err/internal/demangledFrame.hpp"
+#include "cppUtil/export.hpp"
+
+namespace unit {
+
+using cppUtil::err::StackTrace;
+
+// Exported and never inlined, so that frames show their names; the empty statements after the calls
+// keep them from being tail calls.
+ZU_EXPORT __attribute__((noinline)) void callWalker(StackTrace& trace, unsigned int depth) {
+  trace.getTrace(depth);
+  asm volatile("");
+}
+
+ZU_EXPORT __attribute__((noinline)) void recurse(int levels, StackTrace& trace,
+                                                 unsigned int depth) {
+  if (levels == 0) {
+    callWalker(trace, depth);
+  } else {
+    recurse(levels - 1, trace, depth);
+  }
+  asm volatile("");
+}
+
+}  // namespace unit
+
+namespace {
+
+using cppUtil::err::StackTrace;
+
+#ifdef __SANITIZE_ADDRESS__
+// AddressSanitizer stands between the walker and backtrace, as one more innermost frame.
+constexpr std::size_t firstFrame = 1;
+#else
+constexpr std::size_t firstFrame = 0;
+#endif
+
+bool contains(const std::string& text, const char* part) {
+  return text.find(part) != std::string::npos;
+}
+
+TEST(DemangledFrame, RewritesTheSymbolOnly) {
+  const struct {
+    const char* name;
+    const char* frame;
+    const char* expected;
+  } rows[] = {
+      {"C++ name", "lib.so.1(_ZN1a1bEi+0x5c) [0x8a5c]", "lib.so.1(a::b(int)+0x5c) [0x8a5c]"},
+      {"C name", "app(main+0x10) [0x8000]", "app(main+0x10) [0x8000]"},
+      {"C name that reads as a type", "app(f+0x1) [0x1]", "app(float+0x1) [0x1]"},
+      {"mangled beyond repair", "app(_ZN1a+0x1) [0x1]", "app(_ZN1a+0x1) [0x1]"},
+      {"no symbol", "app(+0x1234) [0x9000]", "app(+0x1234) [0x9000]"},
+      {"no parenthesis", "app+0x1 [0x9000]", "app+0x1 [0x9000]"},
+      {"no offset", "app() [0x9000]", "app() [0x9000]"},
+      {"empty", "", ""},
+      {"plus in the module", "libstdc++.so(_Z1fv+0x1) [0x1]", "libstdc++.so(f()+0x1) [0x1]"},
+      {"the first parenthesis counts", "a(b(_Z1fv+0x1) [0x1]", "a(b(_Z1fv+0x1) [0x1]"},
+      {"the last plus counts", "app(_Z1fv+x+0x1) [0x1]", "app(_Z1fv+x+0x1) [0x1]"},
+      // The symbol then runs to the end of the text, and the tail starts at the plus.
+      {"plus before the parenthesis", "c++(main) [0x1]", "c++(main) [0x1]+(main) [0x1]"},
+      {"so too when it demangles", "c++(_Z1fv", "c++(f()+(_Z1fv"},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(cppUtil::err::internal::demangledFrame(row.frame), row.expected) << row.name;
+  }
+}
+
+TEST(StackTrace, StartsWithTheCallerDemangled) {
+  StackTrace trace;
+  unit::callWalker(trace, 10);
+  ASSERT_GT(trace.getFrames().size(), firstFrame);
+  EXPECT_TRUE(contains(trace.getFrames()[firstFrame],
+                       "(unit::callWalker(cppUtil::err::StackTrace&, unsigned int)+0x"))
+      << trace.getFrames()[firstFrame];
+
+  const cppUtil::err::Exception e(1, 0, "", "", 0, "");
+  ASSERT_GT(e.getStackTrace().getFrames().size(), firstFrame);
+  EXPECT_TRUE(contains(e.getStackTrace().getFrames()[firstFrame],
+                       "(cppUtil::err::Exception::Exception(unsigned int, int, "))
+      << e.getStackTrace().getFrames()[firstFrame];
+}
+
+TEST(StackTrace, AppendsNothingForTheDepthsThatLeaveNoFrame) {
+  StackTrace trace;
+  trace.getTrace(0);
+  trace.getTrace(std::numeric_limits<unsigned int>::max());  // one more wraps to no slots at all
+  EXPECT_EQ(trace.getFrames(), std::vector<std::string>());
+}
+
+TEST(StackTrace, AppendsToWhatItHolds) {
+  StackTrace trace;
+  unit::callWalker(trace, 5);
+  const auto first = trace.getFrames();
+  ASSERT_EQ(first.size(), 5U);
+  unit::callWalker(trace, 3);
+  auto both = trace.getFrames();
+  ASSERT_EQ(both.size(), 8U);
+  both.resize(5);
+  EXPECT_EQ(both, first);
+}
+
+// Around each size to which the walker's buffer grows.
+TEST(StackTrace, StopsAtTheDepth) {
+  for (const unsigned int depth :
+       {1U, 127U, 128U, 255U, 256U, 511U, 512U, 1023U, 1024U, 1025U, 2500U}) {
+    StackTrace trace;
+    unit::recurse(3000, trace, depth);
+    ASSERT_EQ(trace.getFrames().size(), depth);
+    for (std::size_t i = firstFrame + 1; i < depth; ++i) {
+      ASSERT_TRUE(contains(trace.getFrames()[i], "(unit::recurse("))
+          << depth << ", frame " << i << ": " << trace.getFrames()[i];
+    }
+  }
+}
+
+TEST(StackTrace, HoldsTheWholeStackBelowTheDepth) {
+  StackTrace trace;
+  unit::recurse(600, trace, 1024);
+  std::size_t found = 0;
+  for (const auto& frame : trace.getFrames()) found += contains(frame, "(unit::recurse(") ? 1 : 0;
+  EXPECT_EQ(found, 601U);
+}
+
+}  // namespace

@@ -1,0 +1,43 @@
+# Calls point one way, loader -> model and toolkit -> support -> platform: fails when a file includes
+# a header of a layer that its own layer must not see.
+#
+# Run as: cmake -D ROOT=<source tree> -P layers.cmake
+
+set(xml_library "[<\"]xercesc/")
+set(toolkit "[<\"]xerces/")
+set(model "[<\"]service/util/config/(IConfig|Select|internal/)")
+set(loader "[<\"](service/util/config/(xml|grammar)/|DocumentParser|names\\.hpp)")
+set(support "[<\"](cppUtil|service/util/locator)/")
+set(export "[<\"]cppUtil/export\\.hpp[>\"]")
+
+# check(<layer> ALLOWED <regexes> FORBIDDEN <regexes> FILES <patterns>)
+function(check layer)
+  cmake_parse_arguments(PARSE_ARGV 1 arg "" "" "FORBIDDEN;ALLOWED;FILES")
+  list(TRANSFORM arg_FILES PREPEND ${ROOT}/)
+  file(GLOB_RECURSE files ${arg_FILES})
+  if(NOT files)
+    message(SEND_ERROR "no files in the ${layer} layer: ${arg_FILES}")
+  endif()
+  foreach(file IN LISTS files)
+    file(STRINGS ${file} includes REGEX "^[ \t]*#[ \t]*include")
+    foreach(include IN LISTS includes)
+      foreach(forbidden IN LISTS arg_FORBIDDEN)
+        if(include MATCHES "${forbidden}" AND NOT (arg_ALLOWED AND include MATCHES "${arg_ALLOWED}"))
+          message(SEND_ERROR "${file}: a ${layer} file must not have ${include}")
+        endif()
+      endforeach()
+    endforeach()
+  endforeach()
+endfunction()
+
+check(public FILES include/*.hpp include/*.in FORBIDDEN ${xml_library} ${toolkit})
+check(model FILES src/config.cpp src/select.cpp src/section.cpp
+  include/service/util/config/I*.hpp include/service/util/config/S*.hpp
+  include/service/util/config/internal/*.hpp
+  FORBIDDEN ${xml_library} ${toolkit} ${loader})
+check(toolkit FILES toolkit/*.hpp toolkit/*.cpp FORBIDDEN ${model} ${loader} ${support}
+  ALLOWED ${export})
+check(support FILES support/*.hpp support/*.cpp
+  FORBIDDEN ${xml_library} ${toolkit} ${model} ${loader})
+check(platform FILES platform/*.h platform/*.hpp platform/*.cpp
+  FORBIDDEN ${xml_library} ${toolkit} ${model} ${loader} ${support})

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 #include <locator/locator.h>
 
+#include "../FailingAllocations.hpp"
 #include "Support.hpp"
 
 namespace {

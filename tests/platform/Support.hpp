@@ -1,5 +1,5 @@
-// What the platform tests share: handles that delete themselves, directories and processes of their
-// own, and allocations that fail.
+// What the platform tests share: handles that delete themselves, and directories and processes of
+// their own.
 #pragma once
 
 #include <cutil/cutil.h>
@@ -61,12 +61,3 @@ struct Outcome {
 // Runs body in a forked process. Whatever reads the environment on first use, the logger and the
 // process-wide path, is tested in such processes only, so that each of them is the first.
 Outcome inChild(const std::function<bool()>& body);
-
-// While it lives, allocations of C++ on this thread fail, all but the first few.
-class FailingAllocations {
- public:
-  explicit FailingAllocations(int allowed = 0);
-  ~FailingAllocations();
-  FailingAllocations(const FailingAllocations&) = delete;
-  FailingAllocations& operator=(const FailingAllocations&) = delete;
-};

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 #include <locator/locator.h>
 
+#include <list>
 #include <vector>
 
 #include "Failure.hpp"
@@ -27,10 +28,10 @@ using unit::failureOf;
 using Calls = std::vector<std::string>;
 
 struct FakePlatform {
-  Calls calls;               // what was called, with what
-  std::string failing = {};  // the call that fails, by its name in calls
-  bool flag = true;          // what find and remove answer with
-  std::size_t texts = 0;     // created and not deleted
+  Calls calls;                      // what was called, with what
+  std::string failing = {};         // the call that fails, by its name in calls
+  bool flag = true;                 // what find and remove answer with
+  std::list<cu_String> texts = {};  // created and not deleted
 } platform;
 
 cu_SearchPath thePath;
@@ -92,8 +93,7 @@ const char* cu_Error_getDescription(const cu_ErrorLocation* record) {
 uint32_t cu_String_new(cu_String** text, size_t capacity) {
   if (const auto result = called("new", std::to_string(capacity))) return result;
   EXPECT_EQ(*text, nullptr);
-  *text = new cu_String;
-  ++platform.texts;
+  *text = &platform.texts.emplace_back();
   return 0;
 }
 const char* cu_String_get(const cu_String* text) {
@@ -101,9 +101,8 @@ const char* cu_String_get(const cu_String* text) {
   return text->value.c_str();
 }
 uint32_t cu_String_delete(cu_String** text) {
-  delete *text;
+  platform.texts.remove_if([text](const cu_String& each) { return &each == *text; });
   *text = nullptr;
-  --platform.texts;
   return called("delete");
 }
 uint32_t cu_Filename_getPath(const char* fileName, cu_String* path) {
@@ -188,7 +187,7 @@ TEST(Adapters, MakeTheirCallsAndRaiseTheFirstFailure) {
     EXPECT_EQ(failureOf([&] { answer = row.call(); }), row.fails ? failure : Failure{});
     EXPECT_EQ(answer, row.answer);
     EXPECT_EQ(platform.calls, row.fails ? row.calls + recordReads : row.calls);
-    EXPECT_EQ(platform.texts, row.texts);
+    EXPECT_EQ(platform.texts.size(), row.texts);
   }
 }
 

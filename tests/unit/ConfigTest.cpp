@@ -3,33 +3,13 @@
 #include <gtest/gtest.h>
 
 #include <array>
-#include <cstdlib>
 #include <cstring>
 #include <functional>
 #include <new>
 #include <type_traits>
 
+#include "../FailingAllocations.hpp"
 #include "Failure.hpp"
-
-namespace {
-
-int allocationsLeft = -1;  // before one fails; negative: none fails
-
-}  // namespace
-
-// Allocations of this test program, so that each one in an operation can be made to fail.
-void* operator new(std::size_t size) {
-  if (allocationsLeft == 0) throw std::bad_alloc();
-  if (allocationsLeft > 0) --allocationsLeft;
-  if (void* memory = std::malloc(size == 0 ? 1 : size)) return memory;
-  throw std::bad_alloc();
-}
-void operator delete(void* memory) noexcept {
-  std::free(memory);
-}
-void operator delete(void* memory, std::size_t) noexcept {
-  std::free(memory);
-}
 
 namespace {
 
@@ -203,13 +183,12 @@ TEST(Config, StaysAsItWasWhenMemoryRunsOut) {
     int failures = 0;
     for (bool failed = true; failed; failures += failed ? 1 : 0) {
       failed = false;
-      allocationsLeft = failures;
       try {
+        const FailingAllocations fail(failures);
         row.add(config);
       } catch (const std::bad_alloc&) {
         failed = true;
       }
-      allocationsLeft = -1;
       EXPECT_EQ(contentOf(config) == before, failed) << row.name << ", allocation " << failures;
     }
     EXPECT_GT(failures, 0) << row.name;

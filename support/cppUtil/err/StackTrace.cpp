@@ -45,6 +45,7 @@ std::string demangledFrame(const std::string& frame) {
 // function.
 __attribute__((noinline)) void StackTrace::getTrace(unsigned int depth) {
   const unsigned int limit = depth + 1;  // one more for the walker; wraps to 0 at the largest depth
+  if (limit == 0) return;
   std::vector<void*> addresses(std::min(limit, initialSlots));
   unsigned int count = 0;
   for (;;) {

@@ -2,6 +2,9 @@
 
 #include <cutil/cutil.h>
 
+#include <new>
+#include <utility>
+
 #include "cppUtil/err/Exception.hpp"
 #include "service/util/config/errorModule.hpp"
 
@@ -91,19 +94,24 @@ void append(Map& map, const std::string& name, const Element& element) {
 
 }  // namespace
 
-// Sections that nobody else holds are taken out of their parents first: left to the members, the
-// destruction of a deep tree would recurse as deep.
+// A deep tree must not be destroyed by as deep a recursion: a configuration that goes while another
+// one of this thread does leaves its sections to that one.
 Config::~Config() {
+  if (sections.empty()) return;
+  thread_local std::vector<IConfigPtr>* outermost = nullptr;
+  std::vector<IConfigPtr> orphans;
+  const bool isOutermost = outermost == nullptr;
+  if (isOutermost) outermost = &orphans;
   try {
-    std::vector<IConfigPtr> orphans;
-    takeSections(orphans);
-    while (!orphans.empty()) {
-      const IConfigPtr orphan = std::move(orphans.back());
-      orphans.pop_back();
-      if (orphan.use_count() == 1) static_cast<Config&>(*orphan).takeSections(orphans);
-    }
-  } catch (const std::bad_alloc&) {  // without memory for the list, the members do it
+    takeSections(*outermost);
+  } catch (const std::bad_alloc&) {  // what could not be listed goes with the members
   }
+  if (!isOutermost) return;
+  while (!orphans.empty()) {
+    const IConfigPtr orphan = std::move(orphans.back());
+    orphans.pop_back();
+  }
+  outermost = nullptr;
 }
 
 void Config::takeSections(std::vector<IConfigPtr>& taken) {

@@ -145,6 +145,24 @@ TEST(Config, SharesItsSectionsWithTheCaller) {
   EXPECT_TRUE(second->getProperty("p", value, 0)) << "a section outlives its parent";
 }
 
+// Destruction must not recurse, yet leave alone what the caller still holds.
+TEST(Config, DestroysADeepTree) {
+  auto config = std::make_shared<Config>();
+  IConfigPtr held, deepest = config;
+  for (int level = 0; level < 300000; ++level) {
+    deepest = deepest->addSection("s");
+    if (level == 200000) held = deepest;
+  }
+  deepest->addProperty("p", "bottom");
+  const std::weak_ptr<IConfig> bottom = deepest;
+  deepest.reset();
+  config.reset();
+  ASSERT_FALSE(bottom.expired());
+  EXPECT_EQ(held->getSectionCount("s"), 1U);
+  held.reset();
+  EXPECT_TRUE(bottom.expired());
+}
+
 TEST(Config, TakesNamesThatNoSelectorCanSay) {
   using namespace std::string_literals;
   Config config;

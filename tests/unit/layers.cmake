@@ -6,7 +6,8 @@
 set(xml_library "[<\"]xercesc/")
 set(toolkit "[<\"]xerces/")
 set(model "[<\"]service/util/config/(IConfig|Select|internal/)")
-set(loader "[<\"](service/util/config/(xml|grammar)/|DocumentParser|names\\.hpp)")
+set(loader "[<\"]service/util/config/(xml|grammar)/")
+set(local "\"[^/]+\"")  # the headers beside the loader's sources
 set(support "[<\"](cppUtil|service/util/locator)/")
 set(export "[<\"]cppUtil/export\\.hpp[>\"]")
 
@@ -32,12 +33,12 @@ endfunction()
 
 check(public FILES include/*.hpp include/*.in FORBIDDEN ${xml_library} ${toolkit})
 check(model FILES src/config.cpp src/select.cpp src/section.cpp
-  include/service/util/config/I*.hpp include/service/util/config/S*.hpp
+  include/service/util/config/IConfig.hpp include/service/util/config/Select.hpp
   include/service/util/config/internal/*.hpp
-  FORBIDDEN ${xml_library} ${toolkit} ${loader})
-check(toolkit FILES toolkit/*.hpp toolkit/*.cpp FORBIDDEN ${model} ${loader} ${support}
+  FORBIDDEN ${xml_library} ${toolkit} ${loader} ${local})
+check(toolkit FILES toolkit/*.hpp toolkit/*.cpp FORBIDDEN ${model} ${loader} ${local} ${support}
   ALLOWED ${export})
 check(support FILES support/*.hpp support/*.cpp
-  FORBIDDEN ${xml_library} ${toolkit} ${model} ${loader})
+  FORBIDDEN ${xml_library} ${toolkit} ${model} ${loader} ${local})
 check(platform FILES platform/*.h platform/*.hpp platform/*.cpp
   FORBIDDEN ${xml_library} ${toolkit} ${model} ${loader} ${support})

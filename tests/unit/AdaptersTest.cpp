@@ -127,6 +127,14 @@ uint32_t cu_SearchPath_remove(cu_SearchPath* path, const char* directory, bool* 
   *removed = platform.flag;
   return called("remove", textOf(path, directory));
 }
+uint32_t cu_SearchPath_count(cu_SearchPath*, size_t* count) {
+  *count = 2;
+  return called("count");
+}
+uint32_t cu_SearchPath_get(cu_SearchPath*, size_t index, cu_String* directory) {
+  directory->value = "/entry" + std::to_string(index);
+  return called("entry", std::to_string(index));
+}
 uint32_t cu_Logger_log(uint32_t level, const char* message) {
   return called("log", std::to_string(level) + ", " + message);
 }
@@ -144,6 +152,11 @@ std::string find() {
 std::string getPath() {
   return cppUtil::fileName::getPath("/etc/app.xml");
 }
+std::string getEntries() {
+  std::string all;
+  for (const auto& entry : ConfigLocator::getEntries()) all += entry;
+  return all;
+}
 std::string prepend() {
   ConfigLocator::prepend("/etc");
   return "";
@@ -155,6 +168,8 @@ std::string remove() {
 TEST(Adapters, MakeTheirCallsAndRaiseTheFirstFailure) {
   const Calls search = {"new(0)", "locator()", "find(path, app.xml)"};
   const Calls directory = {"new(0)", "getPath(/etc/app.xml)"};
+  const Calls entry0 = {"locator()", "count()", "new(0)", "locator()", "entry(0)"};
+  const Calls entry1 = {"new(0)", "locator()", "entry(1)"};
   const Calls readAndDelete = {"get()", "delete()"};
   const struct {
     std::string (*call)();
@@ -174,6 +189,11 @@ TEST(Adapters, MakeTheirCallsAndRaiseTheFirstFailure) {
       {getPath, "new", true, {"new(0)"}, true, "", 0},
       {getPath, "getPath", true, directory, true, "", 1},
       {getPath, "delete", true, directory + readAndDelete, false, "answer", 0},  // goes unnoticed
+      {getEntries, "", true, entry0 + readAndDelete + entry1 + readAndDelete, false,
+       "/entry0/entry1", 0},
+      {getEntries, "count", true, {"locator()", "count()"}, true, "", 0},
+      {getEntries, "entry", true, entry0, true, "", 1},
+      {getEntries, "delete", true, entry0 + readAndDelete, true, "", 0},
       {prepend, "", true, {"locator()", "prepend(path, /etc)"}, false, "", 0},
       {prepend, "prepend", true, {"locator()", "prepend(path, /etc)"}, true, "", 0},
       {remove, "", true, {"locator()", "remove(path, /etc)"}, false, "true", 0},

@@ -32,8 +32,9 @@ function(check layer)
 endfunction()
 
 check(public FILES include/*.hpp include/*.in FORBIDDEN ${xml_library} ${toolkit})
-check(model FILES src/config.cpp src/select.cpp src/section.cpp
+check(model FILES src/config.cpp src/select.cpp src/section.cpp src/visit.cpp
   include/service/util/config/IConfig.hpp include/service/util/config/Select.hpp
+  include/service/util/config/visit.hpp
   include/service/util/config/internal/*.hpp
   FORBIDDEN ${xml_library} ${toolkit} ${loader} ${local})
 check(toolkit FILES toolkit/*.hpp toolkit/*.cpp FORBIDDEN ${model} ${loader} ${local} ${support}

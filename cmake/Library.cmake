@@ -31,8 +31,12 @@ add_library(zuUtilConfigObjects OBJECT
   src/DocumentParser.cpp
   src/EntityResolver.cpp
   src/FileSource.cpp
+  src/LenientParser.cpp
   src/LoadEvents.cpp
+  src/check.cpp
   src/config.cpp
+  src/describeFile.cpp
+  src/documentCheck.cpp
   src/observer.cpp
   src/origins.cpp
   src/section.cpp

@@ -1,10 +1,10 @@
 #include "LoadEvents.hpp"
 
+#include "describeFile.hpp"
 #include "xerces/Parser.hpp"
 
 namespace service::util::config::xml::internal {
 
-using locator::ConfigLocator;
 using xercesc::DOMElement;
 
 void LoadEvents::sectionAdded(const IConfigPtr& parent, const std::string& name,
@@ -18,23 +18,9 @@ void LoadEvents::propertyAdded(const IConfigPtr& config, const std::string& name
   observer.propertyAdded(config, name, config->getPropertyCount(name) - 1, locationOf(element));
 }
 
-// Entries further up the path than the one that path was found in hold no file of that name, unless
-// one has appeared since the look-up.
 Observer::File LoadEvents::describe(const std::string& name, const std::string& path,
                                     const DOMElement* include) {
-  Observer::File file;
-  file.name = name;
-  file.path = path;
-  for (ConfigLocator::Match& match : ConfigLocator::findAll(name)) {
-    if (match.file == path) {
-      file.directory = std::move(match.directory);
-    } else {
-      file.shadowed.push_back(std::move(match));
-    }
-  }
-  if (include != nullptr) file.include = locationOf(*include);
-  file.includer = current;
-  return file;
+  return describeFile(name, path, include == nullptr ? Location() : locationOf(*include), current);
 }
 
 void LoadEvents::setCurrent(const Observer::File* file) {

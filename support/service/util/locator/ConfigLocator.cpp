@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <system_error>
+#include <unordered_set>
 
 #include "cppUtil/err/platformCall.hpp"
 
@@ -14,15 +15,6 @@ namespace service::util::locator {
 namespace {
 
 using cppUtil::err::checkPlatformCall;
-
-std::string getEntry(std::size_t index) {
-  cu_String* text = nullptr;
-  checkPlatformCall(cu_String_new(&text, 0));
-  checkPlatformCall(cu_SearchPath_get(getConfigLocator(), index, text));
-  std::string entry = cu_String_get(text);
-  checkPlatformCall(cu_String_delete(&text));
-  return entry;
-}
 
 // The absolute name that a look-up of name in directory arrives at; the empty one, which is never
 // found, when the current directory is gone.
@@ -52,22 +44,24 @@ std::string ConfigLocator::find(const std::string& name) {
 
 std::vector<ConfigLocator::Match> ConfigLocator::findAll(const std::string& name) {
   std::vector<Match> matches;
-  const auto add = [&](const std::string& directory, const std::string& file) {
-    const auto isSameFile = [&](const Match& match) {
+  const auto look = [&](const std::string& directory, const std::string& absoluteName) {
+    const std::string file = find(absoluteName);
+    const auto isSame = [&](const Match& match) {
       std::error_code ignored;
-      return match.file == file || std::filesystem::equivalent(match.file, file, ignored);
+      return std::filesystem::equivalent(match.file, file, ignored);
     };
-    if (std::none_of(matches.begin(), matches.end(), isSameFile))
-      matches.push_back({directory, file});
+    if (file.empty() || std::any_of(matches.begin(), matches.end(), isSame)) return;
+    matches.push_back({directory, file});
   };
   if (name.empty()) return matches;
   if (name.front() == '/') {
-    if (const std::string file = find(name); !file.empty()) add("", file);
+    look("", name);
     return matches;
   }
+  std::unordered_set<std::string> seen;  // nested files put the same directories on the path often
   for (const std::string& directory : getEntries()) {
     // The platform judges what a match is; it looks at an absolute name by itself.
-    if (const std::string file = find(join(directory, name)); !file.empty()) add(directory, file);
+    if (seen.insert(directory).second) look(directory, join(directory, name));
   }
   return matches;
 }
@@ -76,7 +70,13 @@ std::vector<std::string> ConfigLocator::getEntries() {
   std::size_t count = 0;
   checkPlatformCall(cu_SearchPath_count(getConfigLocator(), &count));
   std::vector<std::string> entries;
-  for (std::size_t index = 0; index < count; ++index) entries.push_back(getEntry(index));
+  cu_String* text = nullptr;
+  checkPlatformCall(cu_String_new(&text, 0));
+  for (std::size_t index = 0; index < count; ++index) {
+    checkPlatformCall(cu_SearchPath_get(getConfigLocator(), index, text));
+    entries.emplace_back(cu_String_get(text));
+  }
+  checkPlatformCall(cu_String_delete(&text));
   return entries;
 }
 

@@ -23,7 +23,8 @@ struct Problem {
 
   // What was violated; stable, for scripts to filter by. Errors:
   //   not-found        the top-level file is not on the search path
-  //   not-well-formed  no XML document, or several root elements
+  //   not-well-formed  no XML document
+  //   several-roots    something stands after the root element
   //   invalid          against the grammar or the given schemas; only when validating
   //   wrong-root       the root element is not "config"
   //   missing-name     a property or section without a name, or with an empty one
@@ -50,14 +51,17 @@ struct Problem {
   std::vector<Location> includes;
 };
 
-// The problems of file and everything it includes, file by file in the order of reading, in each by
-// line. Takes its arguments as xml::create does. Throws cppUtil::err::Exception when the check
+// The problems of file and everything it includes: first what is wrong inside of a file, by line,
+// then include by include what is wrong with that and what it brings in. Takes its arguments as
+// xml::create does. Throws cppUtil::err::Exception when the check
 // itself fails, for want of memory or because a platform call failed.
 ZU_EXPORT std::vector<Problem> check(const std::string& file, const SchemeList& schemes,
                                      bool validate);
 
 // The same, and tells the observer of the files that were entered and left, in pairs: the include
-// graph of files that need not load. Of no section and no property.
+// graph of files that need not load. It is told of no section and no property, and what a file
+// includes only the first time: not when it was checked before, with the same directories on the
+// search path, and not when it closes a circle.
 ZU_EXPORT std::vector<Problem> check(const std::string& file, const SchemeList& schemes,
                                      bool validate, Observer& observer);
 

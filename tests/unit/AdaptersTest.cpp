@@ -169,7 +169,7 @@ TEST(Adapters, MakeTheirCallsAndRaiseTheFirstFailure) {
   const Calls search = {"new(0)", "locator()", "find(path, app.xml)"};
   const Calls directory = {"new(0)", "getPath(/etc/app.xml)"};
   const Calls entry0 = {"locator()", "count()", "new(0)", "locator()", "entry(0)"};
-  const Calls entry1 = {"new(0)", "locator()", "entry(1)"};
+  const Calls entry1 = {"get()", "locator()", "entry(1)"};
   const Calls readAndDelete = {"get()", "delete()"};
   const struct {
     std::string (*call)();
@@ -189,11 +189,10 @@ TEST(Adapters, MakeTheirCallsAndRaiseTheFirstFailure) {
       {getPath, "new", true, {"new(0)"}, true, "", 0},
       {getPath, "getPath", true, directory, true, "", 1},
       {getPath, "delete", true, directory + readAndDelete, false, "answer", 0},  // goes unnoticed
-      {getEntries, "", true, entry0 + readAndDelete + entry1 + readAndDelete, false,
-       "/entry0/entry1", 0},
+      {getEntries, "", true, entry0 + entry1 + readAndDelete, false, "/entry0/entry1", 0},
       {getEntries, "count", true, {"locator()", "count()"}, true, "", 0},
       {getEntries, "entry", true, entry0, true, "", 1},
-      {getEntries, "delete", true, entry0 + readAndDelete, true, "", 0},
+      {getEntries, "delete", true, entry0 + entry1 + readAndDelete, true, "", 0},
       {prepend, "", true, {"locator()", "prepend(path, /etc)"}, false, "", 0},
       {prepend, "prepend", true, {"locator()", "prepend(path, /etc)"}, true, "", 0},
       {remove, "", true, {"locator()", "remove(path, /etc)"}, false, "true", 0},

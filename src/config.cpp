@@ -3,6 +3,7 @@
 #include <cutil/cutil.h>
 
 #include <new>
+#include <typeinfo>
 #include <utility>
 
 #include "cppUtil/err/Exception.hpp"
@@ -140,6 +141,10 @@ std::uint32_t Config::getSectionCount(const std::string& name) const {
 }
 
 IConfigPtr Config::getSection(const std::string& name, std::uint32_t index) const {
+  return findSection(name, index);
+}
+
+const IConfigPtr& Config::findSection(const std::string& name, std::uint32_t index) const {
   requireText(name, getSectionName, emptySectionName);
   const auto found = sections.find(name);
   if (found == sections.end()) {
@@ -167,12 +172,16 @@ bool Config::getProperty(const std::string& name, std::string& value, std::uint3
 }
 
 bool Config::getProperty(const Select& select, std::string& value) const {
-  // Every step goes through the interface: a derived class may answer differently.
   const IConfig* current = this;
-  IConfigPtr section;
+  IConfigPtr held;
   for (const auto& [name, index] : select.sectionPath) {
-    section = current->getSection(name, index);
-    current = section ? section.get() : this;
+    if (typeid(*current) == typeid(Config)) {
+      // Its sections live as long as itself, so no reference is taken.
+      current = static_cast<const Config*>(current)->findSection(name, index).get();
+    } else {  // a derived class may answer differently
+      held = current->getSection(name, index);
+      current = held ? held.get() : this;
+    }
   }
   return current->getProperty(select.propertyName, value, select.propertyIndex);
 }

@@ -20,12 +20,23 @@ using xercesc::XMLString;
 using xercesc::XMLUni;
 using Fault = LenientParser::Fault;
 
-Fault::Kind kindOf(unsigned int code, const XMLCh* domain, XMLErrorReporter::ErrTypes type) {
-  if (type == XMLErrorReporter::ErrType_Warning) return Fault::WARNING;
-  if (XMLString::equals(domain, XMLUni::fgValidityDomain)) return Fault::INVALID;
-  const bool isSecondRoot =
-      XMLString::equals(domain, XMLUni::fgXMLErrDomain) && code == XMLErrs::ExpectedCommentOrPI;
-  return isSecondRoot ? Fault::SEVERAL_ROOTS : Fault::NOT_WELL_FORMED;
+// Two messages of the XML library tell little to those who do not know its grammar.
+Fault faultOf(unsigned int code, const XMLCh* domain, XMLErrorReporter::ErrTypes type,
+              const XMLCh* text) {
+  const std::string message = xerces::transcode(text);
+  if (type == XMLErrorReporter::ErrType_Warning) return {Fault::WARNING, message, {}};
+  if (XMLString::equals(domain, XMLUni::fgValidityDomain)) return {Fault::INVALID, message, {}};
+  if (XMLString::equals(domain, XMLUni::fgXMLErrDomain)) {
+    if (code == XMLErrs::ExpectedCommentOrPI) {
+      return {Fault::SEVERAL_ROOTS,
+              message + ": a document has one root element and nothing after it",
+              {}};
+    }
+    if (code == XMLErrs::InvalidDocumentStructure) {
+      return {Fault::NOT_WELL_FORMED, message + ": the root element is missing here", {}};
+    }
+  }
+  return {Fault::NOT_WELL_FORMED, message, {}};
 }
 
 // The loader's parser begins its messages with the place.
@@ -89,10 +100,9 @@ void LenientParser::endElement(const xercesc::XMLElementDecl& declaration, unsig
 void LenientParser::error(unsigned int code, const XMLCh* domain, ErrTypes type, const XMLCh* text,
                           const XMLCh* systemId, const XMLCh* publicId, XMLFileLoc line,
                           XMLFileLoc column) {
-  faults.push_back(
-      {kindOf(code, domain, type),
-       xerces::transcode(text),
-       {xerces::transcode(systemId), static_cast<int>(line), static_cast<int>(column)}});
+  Fault fault = faultOf(code, domain, type, text);
+  fault.location = {xerces::transcode(systemId), static_cast<int>(line), static_cast<int>(column)};
+  faults.push_back(std::move(fault));
   DocumentParser::error(code, domain, type, text, systemId, publicId, line, column);
 }
 

@@ -1,26 +1,15 @@
 // Loader cases as folders of real files, run through the installed face of the library.
 //
-// Each folder below tests/data holds a file `case` and a file `expected`. The lines of `case`:
-//
-//   file NAME            what to load; main.xml when there is no such line
-//   validate             load with validation
-//   scheme URI LOCATION  an entry of the scheme list, in order
-//   path DIRECTORY       an entry of the search path, in order, relative to the folder; the folder
-//                        itself when there is no such line
-//
-// `expected` is the whole configuration, as dump() writes it, or the whole failure, as report()
-// does. {CASE} stands for the folder, {POINTER} for an address.
+// Each folder below tests/data holds a file `case` and a file `expected`, which is the whole
+// configuration, as dump() writes it, or the whole failure, as report() does. {CASE} stands for the
+// folder, {POINTER} for an address.
 
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <clocale>
-#include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <sstream>
-#include <stdexcept>
 
+#include "Case.hpp"
 #include "LoaderState.hpp"
 #include "cppUtil/err/Exception.hpp"
 #include "placeholders.hpp"
@@ -32,43 +21,6 @@ namespace {
 namespace fs = std::filesystem;
 using service::util::config::IConfig;
 using service::util::config::internal::Config;
-using service::util::config::xml::SchemeList;
-
-struct Case {
-  std::string file = "main.xml";
-  bool validate = false;
-  SchemeList schemes;
-  std::vector<std::string> path;
-};
-
-std::string contentOf(const fs::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  if (!stream) throw std::runtime_error("cannot read " + file.string());
-  return {std::istreambuf_iterator<char>(stream), {}};
-}
-
-Case readCase(const fs::path& folder) {
-  Case result;
-  std::istringstream lines(contentOf(folder / "case"));
-  for (std::string line; std::getline(lines, line);) {
-    std::istringstream words(line);
-    std::string keyword, first, second;
-    words >> keyword >> first >> second;
-    if (keyword == "file") {
-      result.file = first;
-    } else if (keyword == "validate") {
-      result.validate = true;
-    } else if (keyword == "scheme") {
-      result.schemes.emplace_back(first, second);
-    } else if (keyword == "path") {
-      result.path.push_back((folder / first).lexically_normal());
-    } else {
-      throw std::runtime_error("unknown keyword in a case: " + line);
-    }
-  }
-  if (result.path.empty()) result.path.push_back(folder);
-  return result;
-}
 
 std::string escaped(const std::string& text) {
   std::string result = "\"";
@@ -123,23 +75,6 @@ std::string outcomeOf(const Case& test, const fs::path& folder) {
   return withoutPointers(replaceAll(out.str(), folder, "{CASE}"));
 }
 
-std::vector<fs::path> folders() {
-  std::vector<fs::path> result;
-  for (const auto& entry : fs::directory_iterator(ZU_TEST_DATA_DIR)) {
-    if (entry.is_directory()) result.push_back(entry.path());
-  }
-  if (result.empty()) throw std::runtime_error("no loader cases in " ZU_TEST_DATA_DIR);
-  std::sort(result.begin(), result.end());
-  return result;
-}
-
-std::string nameOf(const testing::TestParamInfo<fs::path>& info) {
-  std::string name = info.param.filename();
-  std::replace_if(
-      name.begin(), name.end(), [](unsigned char c) { return std::isalnum(c) == 0; }, '_');
-  return name;
-}
-
 class LoaderData : public testing::TestWithParam<fs::path> {
  protected:
   // Values leave the loader in the code page of the locale.
@@ -154,6 +89,7 @@ TEST_P(LoaderData, GivesWhatIsExpected) {
   EXPECT_FALSE(isXmlLibraryInitialised());
 }
 
-INSTANTIATE_TEST_SUITE_P(Folders, LoaderData, testing::ValuesIn(folders()), nameOf);
+INSTANTIATE_TEST_SUITE_P(Folders, LoaderData, testing::ValuesIn(foldersIn(ZU_TEST_DATA_DIR)),
+                         nameOf);
 
 }  // namespace

@@ -1,0 +1,76 @@
+// Checks of file sets that are made while the test runs: too large to keep.
+
+#include "service/util/config/xml/check.hpp"
+
+#include <gtest/gtest.h>
+
+#include "TemporaryFolder.hpp"
+#include "loader/LoaderState.hpp"
+#include "placeholders.hpp"
+
+namespace {
+
+namespace xml = service::util::config::xml;
+
+std::string repeated(const std::string& text, int times) {
+  std::string result;
+  for (int i = 0; i < times; ++i) result += text;
+  return result;
+}
+
+// Each file includes the next one several times.
+void writeChain(const TemporaryFolder& folder, int length, int times) {
+  for (int i = 0; i < length; ++i) {
+    const std::string include = "<include>" + std::to_string(i + 1) + ".xml</include>";
+    folder.write(std::to_string(i) + ".xml", "<config>" + repeated(include, times) + "</config>");
+  }
+  folder.write(std::to_string(length) + ".xml", "<config><property name='p'/></config>");
+}
+
+std::string problemsOf(const TemporaryFolder& folder, const std::string& file) {
+  setSearchPath({folder.path});
+  std::string lines;
+  for (const xml::Problem& problem : xml::check(file, {}, false)) {
+    lines += problem.location.file + ":" + std::to_string(problem.location.line) + ": " +
+             problem.message + " [" + problem.rule + "], " +
+             std::to_string(problem.includes.size()) + " includes\n";
+  }
+  return replaceAll(lines, folder.path, "{T}");
+}
+
+TEST(CheckTest, ReadsAPartThatComesAgainOnce) {
+  const TemporaryFolder folder;
+  writeChain(folder, 60, 2);
+  EXPECT_EQ(problemsOf(folder, "0.xml"),
+            "{T}/60.xml:1: this property has no text [missing-value], 60 includes\n");
+}
+
+TEST(CheckTest, NeedsNoStackForIncludes) {
+  const TemporaryFolder folder;
+  writeChain(folder, 500, 1);
+  EXPECT_EQ(problemsOf(folder, "0.xml"),
+            "{T}/500.xml:1: this property has no text [missing-value], 500 includes\n");
+}
+
+TEST(CheckTest, TellsWhatTheLoaderRefuses) {
+  const TemporaryFolder folder;
+  folder.write("main.xml",
+               "<config>\n<include>attributes.xml</include>\n<include>fine.xml</include>\n"
+               "<include>bomb.xml</include></config>");
+  std::string attributes;
+  for (int i = 0; i < 10001; ++i) attributes += " a" + std::to_string(i) + "=''";
+  folder.write("attributes.xml", "<config>\n<section" + attributes + "/></config>");
+  folder.write("fine.xml", "<config/>");
+  std::string entities = "<!ENTITY a0 '" + repeated("x", 1000) + "'>";
+  for (int i = 1; i < 5; ++i) {
+    const std::string reference = "&a" + std::to_string(i - 1) + ";";
+    entities += "<!ENTITY a" + std::to_string(i) + " '" + repeated(reference, 20) + "'>";
+  }
+  folder.write("bomb.xml", "<!DOCTYPE config [" + entities +
+                               "]>\n<config>\n<property name='p'>&a4;</property></config>");
+  EXPECT_EQ(problemsOf(folder, "main.xml"),
+            "{T}/attributes.xml:2: too many attributes! [unloadable], 1 includes\n"
+            "{T}/bomb.xml:3: document expands too far beyond its size! [unloadable], 1 includes\n");
+}
+
+}  // namespace

@@ -1,0 +1,204 @@
+#include "service/util/config/visit.hpp"
+
+#include <gtest/gtest.h>
+
+#include <sstream>
+#include <stdexcept>
+
+#include "cppUtil/err/Exception.hpp"
+#include "service/util/config/Select.hpp"
+#include "service/util/config/internal/Config.hpp"
+
+namespace {
+
+using cppUtil::err::Exception;
+using service::util::config::IConfig;
+using service::util::config::IConfigPtr;
+using service::util::config::Select;
+using service::util::config::Visited;
+using service::util::config::Visitor;
+using service::util::config::internal::Config;
+
+class Trace : public Visitor {
+ public:
+  explicit Trace(std::string skipped = "") : skipped(std::move(skipped)) {}
+
+  void property(const Visited& visited, const std::string& value) override {
+    line("", visited) << " = " << value << "\n";
+  }
+  bool enterSection(const Visited& visited, const IConfigPtr& section) override {
+    EXPECT_EQ(visited.parent->getSection(visited.name, visited.index), section);
+    line("enter ", visited) << "\n";
+    return visited.path != skipped;
+  }
+  void leaveSection(const Visited& visited, const IConfigPtr& section) override {
+    EXPECT_EQ(visited.parent->getSection(visited.name, visited.index), section);
+    line("leave ", visited) << "\n";
+  }
+
+  std::ostringstream out;
+
+ private:
+  std::ostream& line(const char* what, const Visited& visited) {
+    return out << what << visited.path << (visited.selectable ? "" : " !") << " " << visited.index
+               << "/" << visited.count;
+  }
+
+  std::string skipped;
+};
+
+IConfigPtr makeTree() {
+  const IConfigPtr config = std::make_shared<Config>();
+  config->addProperty("z", "1");
+  config->addProperty("Z", "2");
+  const IConfigPtr network = config->addSection("network");
+  network->addProperty("b", "3");
+  network->addProperty("a", "4");
+  network->addProperty("b", "5");
+  network->addProperty("a.b", "6");
+  network->addSection("a")->addProperty("only", "7");
+  network->addSection("b c")->addSection("deeper")->addProperty("p", "8");
+  config->addSection("empty");
+  config->addSection("a")->addProperty("x", "9");
+  config->addSection("a");
+  config->addSection("a")->addProperty("x", "10");
+  return config;
+}
+
+TEST(VisitTest, GoesThroughTheWholeTree) {
+  Trace trace;
+  visit(makeTree(), trace);
+  EXPECT_EQ(trace.out.str(),
+            "Z ! 0/1 = 2\n"
+            "z ! 0/1 = 1\n"
+            "enter a[0] 0/3\n"
+            "a[0].x 0/1 = 9\n"
+            "leave a[0] 0/3\n"
+            "enter a[1] 1/3\n"
+            "leave a[1] 1/3\n"
+            "enter a[2] 2/3\n"
+            "a[2].x 0/1 = 10\n"
+            "leave a[2] 2/3\n"
+            "enter empty 0/1\n"
+            "leave empty 0/1\n"
+            "enter network 0/1\n"
+            "network.a 0/1 = 4\n"
+            "network.a.b ! 0/1 = 6\n"
+            "network.b[0] 0/2 = 3\n"
+            "network.b[1] 1/2 = 5\n"
+            "enter network.a 0/1\n"
+            "network.a.only 0/1 = 7\n"
+            "leave network.a 0/1\n"
+            "enter network.b c ! 0/1\n"
+            "enter network.b c.deeper ! 0/1\n"
+            "network.b c.deeper.p ! 0/1 = 8\n"
+            "leave network.b c.deeper ! 0/1\n"
+            "leave network.b c ! 0/1\n"
+            "leave network 0/1\n");
+}
+
+TEST(VisitTest, LeavesOutWhatIsNotEntered) {
+  Trace trace("a[0]");
+  visit(makeTree()->getSection("a", 0), trace);
+  EXPECT_EQ(trace.out.str(), "x ! 0/1 = 9\n");
+
+  Trace withoutNetwork("network");
+  const IConfigPtr config = makeTree();
+  visit(config, withoutNetwork);
+  const std::string text = withoutNetwork.out.str();
+  const std::string end = "leave empty 0/1\nenter network 0/1\n";
+  EXPECT_EQ(text.substr(text.size() - end.size()), end);
+}
+
+TEST(VisitTest, SelectablePathsSelect) {
+  class Selecting : public Visitor {
+   public:
+    explicit Selecting(IConfigPtr config) : config(std::move(config)) {}
+    void property(const Visited& visited, const std::string& value) override {
+      if (!visited.selectable) return;
+      std::string selected;
+      EXPECT_TRUE(config->getProperty(Select(visited.path), selected)) << visited.path;
+      EXPECT_EQ(selected, value) << visited.path;
+      ++count;
+    }
+    IConfigPtr config;
+    int count = 0;
+  };
+  Selecting selecting(makeTree());
+  visit(selecting.config, selecting);
+  EXPECT_EQ(selecting.count, 6);
+}
+
+TEST(VisitTest, TellsWhichNamesSelectorsSpell) {
+  for (const char* name : {"a", "Z9", "0"}) EXPECT_TRUE(service::util::config::isSelectable(name));
+  for (const char* name : {"", "a.b", "a_b", "a b", "\xc3\xa4", "a[0]"}) {
+    EXPECT_FALSE(service::util::config::isSelectable(name)) << name;
+  }
+}
+
+TEST(VisitTest, NeedsNoStackForDepth) {
+  constexpr int depth = 50000;
+  const IConfigPtr config = std::make_shared<Config>();
+  IConfigPtr section = config;
+  for (int level = 0; level < depth; ++level) section = section->addSection("s");
+  section->addProperty("p", "bottom");
+
+  class Bottom : public Visitor {
+   public:
+    void property(const Visited& visited, const std::string&) override { path = visited.path; }
+    void leaveSection(const Visited&, const IConfigPtr&) override { ++left; }
+    std::string path;
+    int left = 0;
+  } bottom;
+  visit(config, bottom);
+  EXPECT_EQ(bottom.path.size(), 2u * depth + 1);
+  EXPECT_EQ(bottom.left, depth);
+}
+
+TEST(VisitTest, WhatTheVisitorThrowsPasses) {
+  struct Thrown {};
+  class Throwing : public Visitor {
+   public:
+    void leaveSection(const Visited&, const IConfigPtr&) override { throw Thrown(); }
+  } throwing;
+  EXPECT_THROW(visit(makeTree(), throwing), Thrown);
+}
+
+// Not of this library's making.
+class Foreign : public IConfig {
+ public:
+  void addProperty(const std::string&, const std::string&) override {}
+  IConfigPtr addSection(const std::string&) override { return nullptr; }
+  std::uint32_t getSectionCount(const std::string&) const override { return 0; }
+  IConfigPtr getSection(const std::string&, std::uint32_t) const override { return nullptr; }
+  std::uint32_t getPropertyCount(const std::string&) const override { return 0; }
+  bool getProperty(const std::string&, std::string&, std::uint32_t) const override { return false; }
+  bool getProperty(const Select&, std::string&) const override { return false; }
+};
+
+TEST(VisitTest, RefusesWhatItCannotEnumerate) {
+  const struct {
+    const char* name;
+    IConfigPtr config;
+    const char* expected;
+  } rows[] = {
+      {"null", nullptr, "1 Configuration is missing!"},
+      {"foreign", std::make_shared<Foreign>(), "5 Configuration does not tell its names!"},
+  };
+  Visitor visitor;
+  for (const auto& row : rows) {
+    const auto failureOf = [&](const auto& step) -> std::string {
+      try {
+        step();
+      } catch (const Exception& e) {
+        return std::to_string(e.getCode()) + " " + e.getMessage();
+      }
+      return "";
+    };
+    EXPECT_EQ(failureOf([&] { getPropertyNames(row.config); }), row.expected) << row.name;
+    EXPECT_EQ(failureOf([&] { getSectionNames(row.config); }), row.expected) << row.name;
+    EXPECT_EQ(failureOf([&] { visit(row.config, visitor); }), row.expected) << row.name;
+  }
+}
+
+}  // namespace

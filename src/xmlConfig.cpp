@@ -248,8 +248,6 @@ void XmlConfigParser::parseSection(const IConfigPtr& parent, const DOMElement& e
   forEach(children.sections, at(__LINE__), [&](const auto& e) { parseSection(child, e); });
 }
 
-// A step of the parser like the others, though it needs nothing of it.
-// NOLINTNEXTLINE(readability-convert-member-functions-to-static)
 void XmlConfigParser::parseProperty(const IConfigPtr& config, const DOMElement& element) {
   const auto at = [](int line) { return Place{unit, parsePropertySignature, line}; };
   guarded(at(__LINE__), [&] { xerces::match(element, names::property); });

@@ -21,7 +21,7 @@ using cppUtil::err::checkPlatformCall;
 std::string join(const std::string& directory, const std::string& name) {
   const bool needsSlash = !directory.empty() && directory.back() != '/';
   std::string joined = directory + (needsSlash ? "/" : "") + name;
-  if (joined.front() == '/') return joined;
+  if (!joined.empty() && joined.front() == '/') return joined;
   std::error_code ignored;
   const std::string current = std::filesystem::current_path(ignored);
   if (current.empty()) return "";

@@ -68,3 +68,4 @@ set_target_properties(zuUtilConfig PROPERTIES
   EXPORT_NAME UtilConfig VERSION ${PROJECT_VERSION} SOVERSION 1)
 # The error registry keeps pointers into the library for the life of the process.
 target_link_options(zuUtilConfig PRIVATE LINKER:-z,nodelete LINKER:--no-undefined)
+zu_limit_exports(zuUtilConfig ${PROJECT_SOURCE_DIR}/cmake/zuUtilConfig.map)

@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include "service/util/config/errorModule.hpp"
+#include "service/util/config/errorTexts.hpp"
 
 namespace {
 

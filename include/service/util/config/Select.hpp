@@ -43,8 +43,8 @@ class ZU_EXPORT Select {
  private:
   friend class internal::Config;  // walks the parts in place
 
-  void parse(const std::string& text);
-  void pushPart();
+  ZU_NO_EXPORT void parse(const std::string& text);
+  ZU_NO_EXPORT void pushPart();
 
   std::string propertyName;
   std::uint32_t propertyIndex = 0;

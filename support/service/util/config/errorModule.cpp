@@ -2,6 +2,8 @@
 
 #include <cutil/cutil.h>
 
+#include "service/util/config/errorTexts.hpp"
+
 namespace service::util::config::internal {
 
 namespace {

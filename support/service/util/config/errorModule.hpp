@@ -14,14 +14,6 @@ enum ErrorCode : std::uint32_t {
   DUPLICATE_SECTION = 0x3000002,  // internal::Section: the parent has a child of that name
 };
 
-namespace internal {
-
-// The texts of a code, static; any code outside the module's three gets a text that says so.
-const char* errorName(std::uint32_t code);
-const char* errorDescription(std::uint32_t code);
-
-}  // namespace internal
-
 }  // namespace service::util::config
 
 #endif

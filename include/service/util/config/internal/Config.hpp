@@ -37,8 +37,8 @@ class ZU_EXPORT Config : public IConfig {
   std::vector<std::string> getSectionNames() const;
 
  private:
-  const IConfigPtr& findSection(const std::string& name, std::uint32_t index) const;
-  void takeSections(std::vector<IConfigPtr>& taken);
+  ZU_NO_EXPORT const IConfigPtr& findSection(const std::string& name, std::uint32_t index) const;
+  ZU_NO_EXPORT void takeSections(std::vector<IConfigPtr>& taken);
 
   // The order of std::less<std::string>. Most comparisons of a look-up end at the first byte, which
   // is compared in line.

@@ -65,10 +65,10 @@ class ZU_EXPORT Origins : public Observer {
     int column;
   };
 
-  void add(Kind kind, const IConfigPtr& config, const std::string& name, std::uint32_t index,
-           const Location& location);
-  Origin find(Kind kind, const IConfigPtr& config, const std::string& name,
-              std::uint32_t index) const;
+  ZU_NO_EXPORT void add(Kind kind, const IConfigPtr& config, const std::string& name,
+                        std::uint32_t index, const Location& location);
+  ZU_NO_EXPORT Origin find(Kind kind, const IConfigPtr& config, const std::string& name,
+                           std::uint32_t index) const;
 
   IConfigPtr root;  // keeps every section that a record names
   std::deque<File> files;

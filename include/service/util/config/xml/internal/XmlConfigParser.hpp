@@ -57,7 +57,8 @@ class ZU_EXPORT XmlConfigParser {
  private:
   struct Load;
 
-  void requireStack(const ZU_XERCES_NAMESPACE::DOMElement& element, std::size_t bytes) const;
+  ZU_NO_EXPORT void requireStack(const ZU_XERCES_NAMESPACE::DOMElement& element,
+                                 std::size_t bytes) const;
 
   IConfigPtr config;
   std::string fileName;

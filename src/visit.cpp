@@ -45,7 +45,7 @@ struct Level {
 // Appends name and, where it is needed, the index.
 void extend(std::string& path, const std::string& name, std::uint32_t index, std::uint32_t count) {
   if (!path.empty()) path += '.';
-  path += name;
+  path += spellName(name);
   if (count > 1) path += "[" + std::to_string(index) + "]";
 }
 
@@ -161,6 +161,22 @@ bool isSelectable(const std::string& name) {
     return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
   };
   return !name.empty() && std::all_of(name.begin(), name.end(), isSelectableCharacter);
+}
+
+std::string spellName(const std::string& name) {
+  if (isSelectable(name)) return name;
+  static const char* digits = "0123456789abcdef";
+  std::string spelled = "\"";
+  for (const char c : name) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < 0x20) {
+      spelled += {'\\', 'u', '0', '0', digits[byte >> 4], digits[byte & 15]};
+    } else {
+      if (c == '"' || c == '\\') spelled += '\\';
+      spelled += c;
+    }
+  }
+  return spelled + '"';
 }
 
 void visit(const IConfigPtr& config, Visitor& visitor) {

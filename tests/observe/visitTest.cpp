@@ -83,17 +83,17 @@ TEST(VisitTest, GoesThroughTheWholeTree) {
             "leave empty 0/1\n"
             "enter network 0/1\n"
             "network.a 0/1 = 4\n"
-            "network.a.b ! 0/1 = 6\n"
+            "network.\"a.b\" ! 0/1 = 6\n"
             "network.b[0] 0/2 = 3\n"
             "network.b[1] 1/2 = 5\n"
             "enter network.a 0/1\n"
             "network.a.only 0/1 = 7\n"
             "leave network.a 0/1\n"
-            "enter network.b c ! 0/1\n"
-            "enter network.b c.deeper ! 0/1\n"
-            "network.b c.deeper.p ! 0/1 = 8\n"
-            "leave network.b c.deeper ! 0/1\n"
-            "leave network.b c ! 0/1\n"
+            "enter network.\"b c\" ! 0/1\n"
+            "enter network.\"b c\".deeper ! 0/1\n"
+            "network.\"b c\".deeper.p ! 0/1 = 8\n"
+            "leave network.\"b c\".deeper ! 0/1\n"
+            "leave network.\"b c\" ! 0/1\n"
             "leave network 0/1\n");
 }
 
@@ -134,6 +134,17 @@ TEST(VisitTest, TellsWhichNamesSelectorsSpell) {
   for (const char* name : {"", "a.b", "a_b", "a b", "\xc3\xa4", "a[0]"}) {
     EXPECT_FALSE(service::util::config::isSelectable(name)) << name;
   }
+}
+
+TEST(VisitTest, SpellsAllOtherNamesInQuotes) {
+  const struct {
+    std::string name, spelled;
+  } cases[] = {
+      {"plain9", "plain9"},       {"", "\"\""},
+      {"a.b", "\"a.b\""},         {"\xc3\xa4", "\"\xc3\xa4\""},
+      {"a\"\\", "\"a\\\"\\\\\""}, {"a\n\x1f\x7f", "\"a\\u000a\\u001f\x7f\""},
+  };
+  for (const auto& c : cases) EXPECT_EQ(service::util::config::spellName(c.name), c.spelled);
 }
 
 TEST(VisitTest, NeedsNoStackForDepth) {

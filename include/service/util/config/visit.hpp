@@ -25,6 +25,10 @@ ZU_EXPORT std::vector<std::string> getSectionNames(const IConfigPtr& config);
 // Whether a selector can spell the name: it consists of ASCII letters and digits.
 ZU_EXPORT bool isSelectable(const std::string& name);
 
+// The name as a visit spells it in paths: as it is when it is selectable, otherwise in double
+// quotes, with the escapes of JSON for double quotes, backslashes and control characters.
+ZU_EXPORT std::string spellName(const std::string& name);
+
 // A value or a section as a visit comes by. The references are valid during the call only.
 struct Visited {
   const IConfigPtr& parent;  // the configuration or section that holds it

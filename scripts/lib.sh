@@ -33,7 +33,7 @@ need_packages() {
 
 # What every build needs.
 need_build_tools() {
-  local packages=(ninja-build libxerces-c-dev)
+  local packages=(ninja-build libxerces-c-dev libcli11-dev nlohmann-json3-dev)
   command -v c++ >/dev/null || packages+=(g++)
   command -v cmake >/dev/null || packages+=(cmake)
   need_packages "${packages[@]}"

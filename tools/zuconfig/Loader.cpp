@@ -1,0 +1,200 @@
+#include "Loader.hpp"
+
+#include <unistd.h>
+
+#include <climits>
+#include <sstream>
+#include <stdexcept>
+#include <unordered_map>
+
+#include "Command.hpp"
+#include "cppUtil/err/Exception.hpp"
+#include "service/util/locator/ConfigLocator.hpp"
+
+namespace zuconfig {
+
+namespace {
+
+using cppUtil::err::Exception;
+using service::util::config::xml::Observer;
+using service::util::locator::ConfigLocator;
+
+constexpr const char* standardInputName = "<stdin>";
+constexpr std::uint32_t topLevelNotFound = 1;
+
+// How often a file may be open at once. Files that include each other in a circle are read until
+// the stack is used up, which takes long; no other files come near this.
+constexpr int mostOpenings = 100;
+
+// Keeps the files that are being read, so that a failure can tell how the load came there, and
+// hands everything on to the origins, when there are any.
+class Trace : public Observer {
+ public:
+  explicit Trace(Origins* origins) : origins(origins) {}
+
+  void fileEntered(const File& file) override {
+    includes.push_back(file.include);
+    if (++open[file.path] > mostOpenings) {
+      circle = file.path;
+      throw std::runtime_error("include cycle");
+    }
+    if (origins != nullptr) origins->fileEntered(file);
+  }
+
+  void sectionAdded(const IConfigPtr& parent, const std::string& name, std::uint32_t index,
+                    const IConfigPtr& section, const Location& location) override {
+    if (origins != nullptr) origins->sectionAdded(parent, name, index, section, location);
+  }
+
+  void propertyAdded(const IConfigPtr& config, const std::string& name, std::uint32_t index,
+                     const Location& location) override {
+    if (origins != nullptr) origins->propertyAdded(config, name, index, location);
+  }
+
+  void fileLeft(const File& file) override {
+    includes.pop_back();
+    --open[file.path];
+    if (origins != nullptr) origins->fileLeft(file);
+  }
+
+  // Where each open file is included, outermost first; the top-level file is included nowhere.
+  std::vector<Location> includes;
+  std::string circle;  // a file that includes itself, when that ended the load
+
+ private:
+  std::unordered_map<std::string, int> open;
+  Origins* origins;
+};
+
+std::string withoutLineBreakAtEnd(std::string text) {
+  while (!text.empty() && text.back() == '\n') text.pop_back();
+  return text;
+}
+
+std::string currentDirectoryName() {
+  char buffer[PATH_MAX];
+  if (::getcwd(buffer, sizeof buffer) == nullptr) return "";
+  return std::string(buffer) == "/" ? "/" : std::string(buffer) + "/";
+}
+
+bool startsWith(const std::string& text, const char* start) {
+  return text.rfind(start, 0) == 0;
+}
+
+}  // namespace
+
+void LoadOptions::defineDirectories(CLI::App& command) {
+  command.add_option("-I", directories, "Look for files in DIR before the search path; repeatable")
+      ->type_name("DIR")
+      ->allow_extra_args(false);
+}
+
+void LoadOptions::define(CLI::App& command) {
+  defineDirectories(command);
+  command.add_flag("--validate", validate, "Check every file against the grammar");
+  command
+      .add_option("--schema", schemas,
+                  "Validate elements of the namespace NS with the schema at LOCATION; repeatable")
+      ->type_name("NS=LOCATION")
+      ->allow_extra_args(false);
+}
+
+Loader::Loader(const LoadOptions& options)
+    : validate(options.validate || !options.schemas.empty()),
+      currentDirectory(currentDirectoryName()) {
+  for (const std::string& schema : options.schemas) {
+    const std::size_t sign = schema.rfind('=');
+    if (sign == schema.npos || sign == 0 || sign + 1 == schema.size()) {
+      throw Failure(USAGE, "--schema " + schema + ": expected NAMESPACE=LOCATION");
+    }
+    schemes.emplace_back(schema.substr(0, sign), schema.substr(sign + 1));
+  }
+  for (auto directory = options.directories.rbegin(); directory != options.directories.rend();
+       ++directory) {
+    ConfigLocator::prepend(*directory);
+  }
+}
+
+std::string Loader::resolve(const std::string& file) {
+  if (file == "-") {
+    if (standardInput) throw Failure(USAGE, "standard input can be read once only");
+    standardInput.emplace();
+    ConfigLocator::prepend("");
+    return standardInput->getPath();
+  }
+  if (startsWith(file, "./")) return currentDirectory + file.substr(2);
+  if (startsWith(file, "../")) return currentDirectory + file;
+  if (ConfigLocator::find(file).empty() && !ConfigLocator::find(currentDirectory + file).empty()) {
+    return currentDirectory + file;
+  }
+  return file;
+}
+
+IConfigPtr Loader::load(const std::string& file) {
+  return load(file, nullptr);
+}
+
+IConfigPtr Loader::load(const std::string& file, Origins& origins) {
+  return load(file, &origins);
+}
+
+IConfigPtr Loader::load(const std::string& file, Origins* origins) {
+  Trace trace(origins);
+  const std::string resolved = resolve(file);
+  try {
+    return service::util::config::xml::create(resolved, schemes, validate, trace);
+  } catch (const Exception& e) {
+    if (e.getCode() == topLevelNotFound && trace.includes.empty()) {
+      throw Failure(NOT_LOADED,
+                    file + ": not found on the search path; \"zuconfig path\" shows it");
+    }
+    if (!trace.circle.empty()) {
+      throw Failure(NOT_LOADED, file + ": " + shown(trace.circle) +
+                                    " includes itself, directly or through other files; "
+                                    "\"zuconfig check\" shows the circle");
+    }
+    std::ostringstream text;
+    text << (file == "-" ? standardInputName : file) << ": " << e.what() << " (0x" << std::hex
+         << e.getCode() << "): " << withoutLineBreakAtEnd(shownText(e.getMessage()))
+         << includeChain(trace.includes);
+    throw Failure(NOT_LOADED, text.str());
+  }
+}
+
+std::string Loader::includeChain(const std::vector<Location>& includes) const {
+  std::string text;
+  for (auto include = includes.rbegin(); include != includes.rend(); ++include) {
+    if (!include->file.empty()) text += "\n  included from " + shown(*include);
+  }
+  return text;
+}
+
+std::string Loader::shown(const std::string& path) const {
+  if (standardInput && path == standardInput->getPath()) return standardInputName;
+  const bool isBelow = currentDirectory.size() > 1 && startsWith(path, currentDirectory.c_str());
+  return isBelow ? path.substr(currentDirectory.size()) : path;
+}
+
+std::string Loader::shown(const Location& location) const {
+  std::string text = shown(location.file);
+  if (location.line > 0) {
+    text += ":" + std::to_string(location.line) + ":" + std::to_string(location.column);
+  }
+  return text;
+}
+
+std::string Loader::shown(const Origins::Origin& origin) const {
+  if (origin.file == nullptr) return "unknown";
+  return shown(Location{origin.file->path, origin.line, origin.column});
+}
+
+std::string Loader::shownText(std::string text) const {
+  if (!standardInput) return text;
+  const std::string& path = standardInput->getPath();
+  for (std::size_t at = text.find(path); at != text.npos; at = text.find(path, at)) {
+    text.replace(at, path.size(), standardInputName);
+  }
+  return text;
+}
+
+}  // namespace zuconfig

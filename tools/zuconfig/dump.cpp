@@ -1,0 +1,66 @@
+// zuconfig dump: the whole configuration for programs.
+#include <iostream>
+
+#include "Command.hpp"
+#include "Loader.hpp"
+#include "writers.hpp"
+
+namespace zuconfig {
+
+namespace {
+
+// The name that a dump of file gives itself.
+std::string rootName(const std::string& file) {
+  if (file == "-") return "stdin";
+  const std::string base = file.substr(file.rfind('/') + 1);
+  const std::size_t dot = base.rfind('.');
+  return dot == 0 || dot == base.npos ? base : base.substr(0, dot);
+}
+
+struct Dump {
+  static constexpr const char* name = "dump";
+  static constexpr const char* summary = "Print everything for other programs";
+
+  void define(CLI::App& command) {
+    load.define(command);
+    command.add_option("--format", format, "xml, json, paths (the default) or sh")
+        ->type_name("FORMAT")
+        ->check(CLI::IsMember({"xml", "json", "paths", "sh"}));
+    command.add_option("--prefix", prefix, "Start of the variables of sh; config_ by default")
+        ->type_name("PREFIX");
+    command.add_flag("-0,--null", isNull,
+                     "With paths: end each entry with a zero byte, and its selector with a line "
+                     "break; nothing is escaped");
+    command.add_option("FILE", file, "A configuration file; - is standard input")->required();
+  }
+
+  ExitCode run() const {
+    if (isNull && format != "paths") throw Failure(USAGE, "-0 goes with --format paths only");
+    const IConfigPtr config = Loader(load).load(file);
+    if (format == "xml") {
+      writeXml(std::cout, config, rootName(file));
+    } else if (format == "json") {
+      writeJson(std::cout, config);
+    } else if (format == "sh") {
+      writeShell(std::cout, config, prefix);
+    } else {
+      writePaths(std::cout, config, isNull);
+    }
+    return FINE;
+  }
+
+ private:
+  LoadOptions load;
+  std::string format = "paths";
+  std::string prefix = "config_";
+  bool isNull = false;
+  std::string file;
+};
+
+}  // namespace
+
+void addDump(CLI::App& app, Chosen& chosen) {
+  addCommand<Dump>(app, chosen);
+}
+
+}  // namespace zuconfig

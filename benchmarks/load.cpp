@@ -1,9 +1,11 @@
 // Loads of files, with the floors and peers; loads with includes; growth.
 
+#include <memory>
 #include <xercesc/util/PlatformUtils.hpp>
 
 #include "Loaders.hpp"
 #include "registration.hpp"
+#include "service/util/config/xml/Origins.hpp"
 #include "service/util/config/xml/Session.hpp"
 
 namespace benchmarks {
@@ -87,6 +89,23 @@ void addColdLoad(Inputs& inputs) {
   });
 }
 
+// What it costs to learn where everything comes from.
+void addObservedLoad(Inputs& inputs, const Shape& shape) {
+  const std::string figure = "load with origins";
+  add(figure, ours, [&inputs, shape](benchmark::State& state) {
+    const std::string file = inputs.file(shape);
+    timeMaking(state, 1, [&] {
+      auto origins = std::make_unique<service::util::config::xml::Origins>();
+      service::util::config::xml::create(file, {}, false, *origins);
+      return origins;
+    });
+  });
+  add(figure, "load without an observer", [&inputs, shape](benchmark::State& state) {
+    const std::string file = inputs.file(shape);
+    timeMaking(state, 1, [&] { return loadConfig(file, false); });
+  });
+}
+
 // files() makes the files when they are first needed.
 template <class Files>
 void addIncludes(const std::string& figure, const Files& files) {
@@ -114,6 +133,7 @@ void addLoads(Inputs& inputs, const Extent& extent) {
     addLoads(inputs, {"large", largeShape, 1});
   }
   addColdLoad(inputs);
+  addObservedLoad(inputs, extent.smallOnly ? smallShape : largeShape);
 }
 
 void addIncludes(Inputs& inputs, const Extent& extent) {

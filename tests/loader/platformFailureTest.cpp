@@ -2,12 +2,15 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
 #include <optional>
 #include <xercesc/util/PlatformUtils.hpp>
 
 #include "FakePlatform.hpp"
 #include "cppUtil/err/Exception.hpp"
 #include "service/util/config/Select.hpp"
+#include "service/util/config/xml/Observer.hpp"
+#include "service/util/config/xml/check.hpp"
 #include "service/util/config/xml/create.hpp"
 
 namespace {
@@ -117,6 +120,40 @@ TEST_F(PlatformFailureTest, RemovalsFailingAfterAnotherFailure) {
     fake.path.erase(fake.path.end() - 2, fake.path.end());
     EXPECT_EQ(fake.path, row.left) << row.name;
     EXPECT_EQ(xercesc::XMLPlatformUtils::fgMemoryManager, nullptr) << row.name;
+  }
+}
+
+// What an observer is told takes further calls; a check makes its own.
+TEST_F(PlatformFailureTest, EveryCallFailingOnceUnderAnObserver) {
+  namespace xml = service::util::config::xml;
+  xml::Observer observer;
+  const struct {
+    const char* name;
+    std::function<void()> run;
+  } rows[] = {
+      {"observed load", [&] { xml::create("app/main.xml", {}, false, observer); }},
+      {"check", [&] { xml::check("app/main.xml", {}, false, observer); }},
+  };
+  for (const auto& row : rows) {
+    fake = FakePlatform();
+    fake.path = {"/nowhere", data};
+    row.run();
+    const std::vector<std::string> calls = fake.calls;
+    for (std::size_t call = 0; call < calls.size(); ++call) {
+      const std::string name = row.name + (", " + calls[call]) + " " + std::to_string(call);
+      fake.calls.clear();
+      fake.failing = {call};
+      std::uint32_t code = 0;
+      try {
+        row.run();
+      } catch (const Exception& e) {
+        code = e.getCode();
+      }
+      expectStatePutBack(name);
+      const bool isUnnoticed =
+          calls[call] == "String_delete" && calls[call - 1] == "Filename_getPath";
+      EXPECT_EQ(code, isUnnoticed ? 0 : FakePlatform::codeOf(call)) << name;
+    }
   }
 }
 

@@ -1,7 +1,11 @@
 #include "Budget.hpp"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstring>
+#include <limits>
+#include <xercesc/internal/XMLReader.hpp>
+#include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 
 #include "xerces/Exception.hpp"
@@ -12,14 +16,22 @@ namespace {
 
 using xercesc::XMLPlatformUtils;
 
+constexpr const char* tooLarge = "document expands too far beyond its size";
+
 // The densest documents, all empty elements with one-letter names, take about a hundred bytes per
-// byte. A reader, one for each level of entities in entities, takes some two hundred kilobytes.
+// byte.
 constexpr std::uint64_t initialBytes = 48U << 20;
 constexpr std::uint64_t bytesPerByteRead = 400;
 
-// Every expansion asks for a reader, so this is enough for as many as are allowed of entities in
-// content; the XML library does not count those in document types.
-constexpr std::uint64_t initialBytesAsked = std::uint64_t{10} << 30;
+// In characters. Text that is read and thrown away takes a second for some two hundred million. To
+// open a reader takes as long as the given number of them; the XML library counts references in
+// content, and none in document types.
+constexpr std::uint64_t initialExpanded = 64U << 20;
+constexpr std::uint64_t expandedPerByteRead = 40;
+constexpr std::uint64_t expandedPerReader = 1000;
+
+// Those of the levels of entities in entities that are allowed fit into the initial memory.
+constexpr unsigned int maximumOpenReaders = 150;
 
 // What may still be asked for to clean up and report.
 constexpr std::uint64_t graceBytes = 8U << 20;
@@ -28,17 +40,28 @@ constexpr std::uint64_t graceBytes = 8U << 20;
 constexpr std::size_t headerSize = alignof(std::max_align_t);
 static_assert(headerSize >= sizeof(XMLSize_t));
 
+// The XML library adds a header of its own to each object. Nothing else is about this large.
+bool isReader(XMLSize_t size) {
+  return size >= sizeof(xercesc::XMLReader) && size < sizeof(xercesc::XMLReader) + 64;
+}
+
 }  // namespace
 
 Budget::Budget(const std::string& fileName)
-    : fileName(fileName), heldAllowed(initialBytes), askedAllowed(initialBytesAsked) {}
+    : fileName(fileName), heldAllowed(initialBytes), expandedAllowed(initialExpanded) {}
 
 void* Budget::allocate(XMLSize_t size) {
-  if (held + size > heldAllowed || asked + size > askedAllowed) refuse();
-  auto* block = static_cast<char*>(XMLPlatformUtils::fgMemoryManager->allocate(size + headerSize));
+  if (size > std::numeric_limits<XMLSize_t>::max() - headerSize) refuse("out of memory");
+  if (held + size > heldAllowed) refuse(tooLarge);
+  if (isReader(size)) openReader();
+  char* block = nullptr;
+  try {
+    block = static_cast<char*>(XMLPlatformUtils::fgMemoryManager->allocate(size + headerSize));
+  } catch (const xercesc::OutOfMemoryException&) {
+    refuse("out of memory");
+  }
   std::memcpy(block, &size, sizeof size);
   held += size;
-  asked += size;
   return block + headerSize;
 }
 
@@ -48,6 +71,7 @@ void Budget::deallocate(void* memory) {
   XMLSize_t size = 0;
   std::memcpy(&size, block, sizeof size);
   held -= size;
+  if (isReader(size)) --openReaders;
   XMLPlatformUtils::fgMemoryManager->deallocate(block);
 }
 
@@ -56,22 +80,47 @@ xercesc::MemoryManager* Budget::getExceptionMemoryManager() {
   return XMLPlatformUtils::fgMemoryManager;
 }
 
-void Budget::addRead(std::size_t bytes) {
+void Budget::addRead(std::size_t bytes, bool isRepeated) {
+  if (isRepeated) return expand(bytes);
   heldAllowed += bytes * bytesPerByteRead;
-  askedAllowed += bytes * bytesPerByteRead;
+  expandedAllowed += bytes * expandedPerByteRead;
+}
+
+bool Budget::isNewFile(dev_t device, ino_t inode) {
+  return files.emplace(device, inode).second;
+}
+
+void Budget::addEntity(std::size_t length) {
+  longestEntity = std::max<std::uint64_t>(longestEntity, length);
+}
+
+// The reader of the entity was opened just before, and taken for the longest one.
+void Budget::addReference(std::size_t length) {
+  expanded -= std::min(expanded, longestEntity);
+  expand(length);
 }
 
 void Budget::setLocator(const xercesc::Locator* newLocator) {
   locator = newLocator;
 }
 
-void Budget::refuse() {
+void Budget::expand(std::uint64_t length) {
+  expanded += length;
+  if (expanded > expandedAllowed) refuse(tooLarge);
+}
+
+void Budget::openReader() {
+  if (openReaders == maximumOpenReaders) refuse("entities nested too deeply");
+  expand(longestEntity + expandedPerReader);
+  ++openReaders;
+}
+
+void Budget::refuse(const char* reason) {
   heldAllowed = held + graceBytes;
-  askedAllowed = asked + graceBytes;
   throw xerces::Exception() << "XMLParser: in file \"" << fileName << "\" at line "
                             << (locator == nullptr ? 0 : locator->getLineNumber()) << " at column "
-                            << (locator == nullptr ? 0 : locator->getColumnNumber())
-                            << ": document expands too far beyond its size!";
+                            << (locator == nullptr ? 0 : locator->getColumnNumber()) << ": "
+                            << reason << "!";
 }
 
 }  // namespace service::util::config::xml::internal

@@ -1,13 +1,18 @@
-// Bounds what the parse of one document may ask for in memory, in proportion to the bytes read.
+// Bounds what the parse of one document may cost, in proportion to the bytes read.
 //
-// A few bytes of entities can expand to gigabytes, or to little at a time but for hours. Two bounds
-// stop that: on the memory that the XML library holds for a document, and on all that it ever asked
-// for. An ordinary document stays far below both.
+// A few bytes of entities can expand to gigabytes, or to little at a time but for hours. Bounded
+// are the memory that the XML library holds for a document, all that it ever asked for, the text
+// that entities expand to, whether it is kept or not, and how deep they nest. An ordinary document
+// stays far below all of these.
 #ifndef SRC_BUDGET_HPP
 #define SRC_BUDGET_HPP
 
+#include <sys/types.h>
+
 #include <cstdint>
+#include <set>
 #include <string>
+#include <utility>
 #include <xercesc/framework/MemoryManager.hpp>
 #include <xercesc/sax/Locator.hpp>
 
@@ -18,27 +23,41 @@ class Budget : public xercesc::MemoryManager {
   // fileName: of the document, for the error.
   explicit Budget(const std::string& fileName);
 
-  // Throws xerces::Exception with the place in the document when a bound is passed, and the XML
-  // library's own exception when there is no memory.
+  // Throws xerces::Exception with the place in the document when a bound is passed or when there is
+  // no memory.
   void* allocate(XMLSize_t size) override;
   void deallocate(void* memory) override;
   xercesc::MemoryManager* getExceptionMemoryManager() override;
 
-  // Tells that bytes of the document or of what belongs to it were read.
-  void addRead(std::size_t bytes);
+  // Tells that bytes of a file, the document or what belongs to it, were read: this allows for
+  // more, or, when the document has had that file read before, counts as expansion.
+  void addRead(std::size_t bytes, bool isRepeated);
 
-  // Where the parse stands; the caller keeps it as long as memory is asked for.
+  // Whether this is the first time that the document has the file read.
+  bool isNewFile(dev_t device, ino_t inode);
+
+  // Tells of an entity in a document type, and of a reference to one in content. References in
+  // attributes and document types go by without notice: those are taken for the longest entity.
+  void addEntity(std::size_t length);
+  void addReference(std::size_t length);
+
+  // Where the parse stands, kept by the caller; null when it does not stand anywhere.
   void setLocator(const xercesc::Locator* locator);
 
  private:
-  [[noreturn]] void refuse();
+  void expand(std::uint64_t length);
+  void openReader();
+  [[noreturn]] void refuse(const char* reason);
 
   const std::string& fileName;
   const xercesc::Locator* locator = nullptr;
   std::uint64_t held = 0;
   std::uint64_t heldAllowed;
-  std::uint64_t asked = 0;
-  std::uint64_t askedAllowed;
+  std::uint64_t expanded = 0;
+  std::uint64_t expandedAllowed;
+  std::uint64_t longestEntity = 0;
+  unsigned int openReaders = 0;  // the XML library has one for each entity that it is reading
+  std::set<std::pair<dev_t, ino_t>> files;
 };
 
 }  // namespace service::util::config::xml::internal

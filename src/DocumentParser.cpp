@@ -3,6 +3,7 @@
 #include <xercesc/framework/XMLElementDecl.hpp>
 #include <xercesc/internal/XMLScanner.hpp>
 #include <xercesc/util/XMLString.hpp>
+#include <xercesc/validators/DTD/DTDEntityDecl.hpp>
 
 #include "FileSource.hpp"
 #include "cppUtil/internal/stackLeft.hpp"
@@ -38,11 +39,26 @@ DocumentParser::DocumentParser(xercesc::XMLGrammarPool& grammars, const SchemeLi
   setXMLEntityResolver(&resolver);
   limits.setEntityExpansionLimit(maximumExpansions);
   setSecurityManager(&limits);
-  budget.setLocator(getScanner()->getLocator());
 }
 
 void DocumentParser::parseFile(const std::string& name) {
-  parse(FileSource(name, budget));
+  try {
+    parse(FileSource(name, budget));
+  } catch (...) {
+    budget.setLocator(nullptr);
+    throw;
+  }
+}
+
+// The locator is good in between only: without a file to read it crashes.
+void DocumentParser::startDocument() {
+  budget.setLocator(getScanner()->getLocator());
+  Parser::startDocument();
+}
+
+void DocumentParser::endDocument() {
+  Parser::endDocument();
+  budget.setLocator(nullptr);
 }
 
 void DocumentParser::startElement(const xercesc::XMLElementDecl& declaration, unsigned int urlId,
@@ -64,6 +80,17 @@ void DocumentParser::endElement(const xercesc::XMLElementDecl& declaration, unsi
   Parser::endElement(declaration, urlId, isRoot, prefix);
   --depth;
   if (valueDepth > 0) --valueDepth;
+}
+
+void DocumentParser::startEntityReference(const xercesc::XMLEntityDecl& entity) {
+  budget.addReference(entity.getValueLen());
+  Parser::startEntityReference(entity);
+}
+
+void DocumentParser::entityDecl(const xercesc::DTDEntityDecl& entity, bool isParameter,
+                                bool isIgnored) {
+  budget.addEntity(entity.getValueLen());
+  Parser::entityDecl(entity, isParameter, isIgnored);
 }
 
 void DocumentParser::docCharacters(const XMLCh* text, XMLSize_t length, bool isCdata) {

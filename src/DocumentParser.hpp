@@ -24,11 +24,15 @@ class DocumentParser : public xerces::Parser {
   // the pool.
   DocumentParser(xercesc::XMLGrammarPool& grammars, const SchemeList& schemes, Budget& budget);
 
+  void startDocument() override;
+  void endDocument() override;
   void startElement(const xercesc::XMLElementDecl& declaration, unsigned int urlId,
                     const XMLCh* prefix, const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes,
                     XMLSize_t attributeCount, bool isEmpty, bool isRoot) override;
   void endElement(const xercesc::XMLElementDecl& declaration, unsigned int urlId, bool isRoot,
                   const XMLCh* prefix) override;
+  void startEntityReference(const xercesc::XMLEntityDecl& entity) override;
+  void entityDecl(const xercesc::DTDEntityDecl& entity, bool isParameter, bool isIgnored) override;
   void docCharacters(const XMLCh* text, XMLSize_t length, bool isCdata) override;
 
  protected:

@@ -19,8 +19,8 @@ namespace {
 class FileStream : public xercesc::BinInputStream {
  public:
   // Takes over the open file. The path is for the error.
-  FileStream(int file, std::string path, Budget& budget)
-      : file(file), path(std::move(path)), budget(budget) {}
+  FileStream(int file, std::string path, bool isRepeated, Budget& budget)
+      : file(file), path(std::move(path)), isRepeated(isRepeated), budget(budget) {}
   ~FileStream() override { ::close(file); }
   FileStream(const FileStream&) = delete;
   FileStream& operator=(const FileStream&) = delete;
@@ -38,7 +38,7 @@ class FileStream : public xercesc::BinInputStream {
     }
     const auto bytes = static_cast<XMLSize_t>(count);
     position += bytes;
-    budget.addRead(bytes);
+    budget.addRead(bytes, isRepeated);
     return bytes;
   }
 
@@ -47,14 +47,10 @@ class FileStream : public xercesc::BinInputStream {
  private:
   int file;
   std::string path;
+  bool isRepeated;
   Budget& budget;
   XMLFilePos position = 0;
 };
-
-bool isRegular(int file) {
-  struct stat status;
-  return ::fstat(file, &status) == 0 && S_ISREG(status.st_mode);
-}
 
 }  // namespace
 
@@ -69,7 +65,11 @@ xercesc::BinInputStream* FileSource::makeStream() const {
   const int file = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
   if (file < 0) return nullptr;
   try {
-    if (isRegular(file)) return new FileStream(file, path, budget);
+    struct stat status;
+    if (::fstat(file, &status) == 0 && S_ISREG(status.st_mode)) {
+      const bool isRepeated = !budget.isNewFile(status.st_dev, status.st_ino);
+      return new FileStream(file, path, isRepeated, budget);
+    }
   } catch (...) {
     ::close(file);
     throw;

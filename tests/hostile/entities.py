@@ -1,0 +1,137 @@
+"""Entities and document types: expansion far beyond the size of the document ends in an error, and
+what people use entities for still loads."""
+
+from harness import Row, at, config, failed, loaded, prop, reported
+
+TOO_LARGE = at(("{N}", "{N}"), "document expands too far beyond its size")
+TOO_DEEP = at(("{N}", "{N}"), "entities nested too deeply")
+TOO_OFTEN = reported(("FATAL", "{DIR}/main.xml", "{N}", "{N}",
+                      "parser has encountered more than '50000' entity expansions in the document; "
+                      "this is the limit imposed by the application"))
+LAUGHS = '<!ENTITY e0 "laughter">' + "".join(
+    f'<!ENTITY e{i} "{f"&e{i - 1};" * 10}">' for i in range(1, 13))
+# A doubling chain of parameter entities ends in a declaration; a document type in a file of its own
+# may use them inside declarations, one inside the document may not.
+DOUBLINGS = "".join(f'<!ENTITY % p{i} "%p{i - 1};%p{i - 1};">\n' for i in range(1, 41))
+ESCAPED_DOUBLINGS = "".join(f"<!ENTITY % p{i} '&#37;p{i - 1};&#37;p{i - 1};'>\n"
+                            for i in range(1, 41))
+
+
+def doctype(declarations):
+    return f"<!DOCTYPE config [{declarations}]>"
+
+
+def bomb(declarations, use):
+    return config(use, prolog=doctype(declarations))
+
+
+def chain(length, last="x"):
+    return f'<!ENTITY e0 "{last}">' + "".join(f'<!ENTITY e{i} "&e{i - 1};">'
+                                              for i in range(1, length + 1))
+
+
+def dtd(text):
+    return {"main.xml": config(prop("x"), prolog='<!DOCTYPE config SYSTEM "d.dtd">'), "d.dtd": text}
+
+
+def recursion(entity, file="main.xml"):
+    return reported(("FATAL", "{DIR}/" + file, "{N}", "{N}", 
+                     f"recursive entity expansion '{entity}'"))
+
+
+def bombs():
+    yield "laughs in content", bomb(LAUGHS, prop("&e12;")), TOO_OFTEN
+    yield "laughs in an attribute", bomb(LAUGHS, prop("x", "&e12;")), TOO_OFTEN
+    yield "laughs in the default of an attribute", bomb(
+        LAUGHS + '<!ATTLIST property name CDATA "&e12;">', "<property>x</property>"), TOO_LARGE
+    yield "laughs in a default that nobody uses", bomb(
+        LAUGHS + '<!ATTLIST section name CDATA "&e12;">', prop("x")), TOO_LARGE
+    yield "laughs of empty entities", bomb(
+        LAUGHS.replace("laughter", ""), prop("x&e12;")), TOO_OFTEN
+    yield "laughs of elements", bomb(
+        LAUGHS.replace("laughter", prop("x").replace('"', "'")), "&e12;"), TOO_OFTEN
+    yield "laughs in a section that is not read", bomb(LAUGHS, "<other>&e12;</other>"), TOO_OFTEN
+    yield "quadratic in content", bomb(
+        f'<!ENTITY e "{"x" * 100000}">', prop("&e;" * 20000)), TOO_LARGE
+    yield "quadratic in an attribute", bomb(
+        f'<!ENTITY e "{"x" * 100000}">', prop("x", "&e;" * 20000)), TOO_LARGE
+    yield "quadratic in a default", bomb(
+        f'<!ENTITY e "{"x" * 100000}"><!ATTLIST property name CDATA "{"&e;" * 20000}">',
+        "<property>x</property>"), TOO_LARGE
+    yield "quadratic in a section that is not read", bomb(
+        f'<!ENTITY e "{"x" * 100000}">', f"<other>{'&e;' * 20000}</other>"), TOO_LARGE
+    yield "quadratic blanks in tags", bomb(
+        f"""<!ENTITY e "<a{' ' * 100000}/>">""", "&e;" * 20000), TOO_LARGE
+    yield "quadratic blanks in tokens", bomb(
+        f'<!ENTITY e "{" " * 100000}"><!ATTLIST a b NMTOKENS "x">',
+        '<a b="x&e;"/>' * 20000), TOO_LARGE
+    yield "a file again and again", {
+        "main.xml": bomb('<!ENTITY e SYSTEM "e.txt">', prop("&e;" * 20000)),
+        "e.txt": "x" * 100000}, TOO_LARGE
+    yield "a file again and again in a section that is not read", {
+        "main.xml": bomb('<!ENTITY e SYSTEM "e.txt">', f"<other>{'&e;' * 20000}</other>"),
+        "e.txt": "x" * 100000}, TOO_LARGE
+    yield "a long default at many elements", bomb(
+        f'<!ATTLIST a b CDATA "{"x" * 100000}">', "<a/>" * 20000), TOO_LARGE
+    yield "parameter entities in the document", bomb(
+        f"<!ENTITY % p0 '<!-- -->'>\n{ESCAPED_DOUBLINGS}%p40;", prop("x")), TOO_LARGE
+    yield "empty parameter entities in the document", bomb(
+        f"<!ENTITY % p0 ''>\n{ESCAPED_DOUBLINGS}%p40;", prop("x")), TOO_LARGE
+    yield "parameter entities in a file", dtd(
+        f'<!ENTITY % p0 "<!-- -->">\n{DOUBLINGS}%p40;'), TOO_LARGE
+    yield "parameter entities in a value", dtd(
+        f'<!ENTITY % p0 "xxxxxxxx">\n{DOUBLINGS}<!ENTITY e "%p40;">'), TOO_LARGE
+    yield "blank parameter entities in a file", dtd(
+        f'<!ENTITY % p0 " ">\n{DOUBLINGS}%p40;'), TOO_LARGE
+    yield "quadratic parameter entities", dtd(
+        f'<!ENTITY % p "{"<!-- -->" * 10000}">\n' + "%p;\n" * 20000), TOO_LARGE
+    yield "deep chain in content", bomb(chain(20000), prop("&e20000;")), TOO_DEEP
+    yield "deep chain in an attribute", bomb(chain(20000), prop("x", "&e20000;")), TOO_DEEP
+    yield "deep chain in a default", bomb(
+        chain(20000) + '<!ATTLIST a b CDATA "&e20000;">', prop("x")), TOO_DEEP
+    yield "recursion in content", bomb(
+        '<!ENTITY a "&b;"><!ENTITY b "&a;">', prop("&a;")), recursion("a")
+    yield "recursion in an attribute", bomb(
+        '<!ENTITY a "&b;"><!ENTITY b "&a;">', prop("x", "&a;")), recursion("a")
+    yield "recursion of parameter entities", dtd(
+        '<!ENTITY % a "&#37;b;"><!ENTITY % b "&#37;a;">%a;'), recursion("a", "d.dtd")
+    yield "recursion of a file", {
+        "main.xml": bomb('<!ENTITY e SYSTEM "e.xml">', prop("&e;")), "e.xml": "&e;"}, \
+        recursion("e", "e.xml")
+    yield "a document type that is its own", {
+        "main.xml": config(prop("x"), prolog='<!DOCTYPE config SYSTEM "d.dtd">'),
+        "d.dtd": '<!ENTITY % d SYSTEM "d.dtd">%d;'}, recursion("d", "d.dtd")
+
+
+def legitimate():
+    yield "20,000 references to a small entity", bomb(
+        '<!ENTITY site "plant 7">', "".join(prop("&site;") for _ in range(20000))), \
+        loaded(*["p=plant 7"] * 20000)
+    yield "20,000 references in attributes", bomb(
+        '<!ENTITY site "plant7">', "".join(prop("x", "&site;") for _ in range(20000))), \
+        loaded(*["plant7=x"] * 20000)
+    yield "entities in entities", bomb(
+        chain(50, "deep"), prop("&e50;")), loaded("p=deep")
+    yield "a local external entity of 5 MB", {
+        "main.xml": bomb('<!ENTITY e SYSTEM "parts/e.txt">', prop("&e;")),
+        "parts/e.txt": "0123456789" * 500000}, loaded("p=" + "0123456789" * 500000)
+    yield "an entity of 1 MB, four times", bomb(
+        f'<!ENTITY e "{"x" * 1000000}">', prop("&e;&e;&e;&e;")), loaded("p=" + "x" * 4000000)
+    yield "a local document type", {
+        "main.xml": config("<property>x</property>" + prop("&e;"),
+                           prolog='<!DOCTYPE config SYSTEM "parts/d.dtd">'),
+        "parts/d.dtd": '<!ENTITY % more SYSTEM "more.ent">%more;<!ATTLIST property name CDATA "d">',
+        "parts/more.ent": "<!ENTITY e 'from more'>"}, loaded("d=x", "p=from more")
+    # The children of an entity's node are not direct children of the section.
+    yield "elements from an entity are not read", bomb(
+        f"""<!ENTITY e '{prop("x", "inner")}'>""", prop("y") + "&e;"), loaded("p=y")
+
+
+def rows(_port):
+    for name, files, expected in bombs():
+        yield Row(name, files, expected)
+    for name, files, expected in legitimate():
+        yield Row(name, files, expected)
+    yield Row("an entity that is not there", bomb('<!ENTITY e SYSTEM "none.txt">', prop("&e;")),
+              reported(("FATAL", "{DIR}/main.xml", "{N}", "{N}",
+                        "unable to open external entity '{DIR}/none.txt'")))

@@ -1,0 +1,178 @@
+// Loads one configuration file and prints what came of it, for tests that watch from outside.
+//
+// Writes "LOADED" and the configuration, or "FAILED", the code and the message. Exits with 0 in
+// both cases; with 1 when anything but the library's exception came out or when the load did not
+// put the state of the process back.
+
+#include <cutil/cutil.h>
+#include <fcntl.h>
+#include <locator/locator.h>
+#include <pthread.h>
+#include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <clocale>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <functional>
+#include <string>
+#include <vector>
+#include <xercesc/util/PlatformUtils.hpp>
+
+#include "cppUtil/err/Exception.hpp"
+#include "service/util/config/internal/Config.hpp"
+#include "service/util/config/xml/create.hpp"
+
+namespace {
+
+using service::util::config::IConfigPtr;
+using service::util::config::internal::Config;
+
+struct Options {
+  std::string file;
+  service::util::config::xml::SchemeList schemes;
+  bool validate = false;
+  std::size_t stackSize = 0;  // of a thread to load on; 0 for the main thread
+  std::string duringLoad;     // what happens to the file as it is logged or read
+};
+
+Options options;
+bool isReading = false;  // a file has been logged, and nothing of it was read so far
+
+[[noreturn]] void stop(const char* reason) {
+  std::fprintf(stderr, "%s: %s\n", reason, std::strerror(errno));
+  std::exit(2);
+}
+
+Options parseOptions(const std::vector<std::string>& arguments) {
+  Options result;
+  std::size_t i = 0;
+  const auto next = [&] { return i < arguments.size() ? arguments[i++] : std::string(); };
+  for (std::string word = next(); !word.empty(); word = next()) {
+    if (word == "--validate") {
+      result.validate = true;
+    } else if (word == "--scheme") {
+      const std::string uri = next();
+      result.schemes.emplace_back(uri, next());
+    } else if (word == "--stack") {
+      result.stackSize = std::stoul(next()) * 1024;
+    } else if (word == "--during") {
+      result.duringLoad = next();
+    } else if (word == "--uid") {
+      const auto id = static_cast<uid_t>(std::stoul(next()));
+      if (setresuid(id, id, id) != 0) stop("setresuid");
+    } else {
+      result.file = word;
+    }
+  }
+  return result;
+}
+
+// Between the moment when a file was found and the one when it is opened.
+void onLog(std::uint32_t /*level*/, const char* /*message*/, void* /*context*/) {
+  const char* file = options.file.c_str();
+  isReading = true;
+  if (options.duringLoad == "vanish" && unlink(file) != 0) stop("unlink");
+  if (options.duringLoad == "fifo" && (unlink(file) != 0 || mkfifo(file, 0600) != 0)) {
+    stop("mkfifo");
+  }
+}
+
+void print(const Config& config) {
+  std::string value;
+  for (const std::string& name : config.getPropertyNames()) {
+    for (std::uint32_t i = 0; i < config.getPropertyCount(name); ++i) {
+      config.getProperty(name, value, i);
+      std::printf("%s=", name.c_str());
+      std::fwrite(value.data(), 1, value.size(), stdout);
+      std::putchar('\n');
+    }
+  }
+  for (const std::string& name : config.getSectionNames()) {
+    for (std::uint32_t i = 0; i < config.getSectionCount(name); ++i) {
+      std::printf("%s{\n", name.c_str());
+      print(dynamic_cast<const Config&>(*config.getSection(name, i)));
+      std::puts("}");
+    }
+  }
+}
+
+void load() {
+  try {
+    const IConfigPtr config =
+        service::util::config::xml::create(options.file, options.schemes, options.validate);
+    std::puts("LOADED");
+    print(dynamic_cast<const Config&>(*config));
+  } catch (const cppUtil::err::Exception& e) {
+    std::printf("FAILED %u\n%s\n", e.getCode(), e.getMessage().c_str());
+  }
+}
+
+void* loadOnThread(void* /*unused*/) {
+  load();
+  return nullptr;
+}
+
+std::vector<std::string> searchPath() {
+  std::vector<std::string> directories;
+  std::size_t count = 0;
+  cu_SearchPath_count(getConfigLocator(), &count);
+  cu_String* text = nullptr;
+  cu_String_new(&text, 0);
+  for (std::size_t i = 0; i < count; ++i) {
+    cu_SearchPath_get(getConfigLocator(), i, text);
+    directories.emplace_back(cu_String_get(text));
+  }
+  cu_String_delete(&text);
+  return directories;
+}
+
+}  // namespace
+
+// In the place of the system's own, for what happens to a file while it is being read.
+extern "C" ssize_t read(int file, void* buffer, size_t size) {
+  if (isReading && options.duringLoad == "read error") {
+    errno = EIO;
+    return -1;
+  }
+  const ssize_t count = syscall(SYS_read, file, buffer, size);
+  if (isReading && options.duringLoad == "truncate" && truncate(options.file.c_str(), 0) != 0) {
+    stop("truncate");
+  }
+  isReading = false;
+  return count;
+}
+
+int main(int argc, char** argv) {
+  std::setlocale(LC_ALL, "");
+  options = parseOptions({argv + 1, argv + argc});
+  cu_Logger_setThreshold(CU_DEBUG);
+  cu_Logger_setCallback(onLog, nullptr);
+  const std::vector<std::string> before = searchPath();
+
+  if (options.stackSize == 0) {
+    load();
+  } else {
+    pthread_attr_t attributes;
+    pthread_t thread;
+    pthread_attr_init(&attributes);
+    if (pthread_attr_setstacksize(&attributes, options.stackSize) != 0 ||
+        pthread_create(&thread, &attributes, loadOnThread, nullptr) != 0) {
+      stop("pthread_create");
+    }
+    pthread_join(thread, nullptr);
+  }
+
+  if (searchPath() != before) {
+    std::puts("SEARCH PATH CHANGED");
+    return 1;
+  }
+  if (xercesc::XMLPlatformUtils::fgMemoryManager != nullptr) {
+    std::puts("XML LIBRARY STILL INITIALISED");
+    return 1;
+  }
+  return 0;
+}

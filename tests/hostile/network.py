@@ -1,0 +1,203 @@
+"""What a document may refer to: nothing over the network, local entities and document types, and of
+schemas those that the caller named. Nothing of it gets a document past the grammar."""
+
+from harness import NAMESPACE, Row, at, config, loaded, prop, reported, write
+
+XSI = ' xmlns:xsi="http://www.w3.org/2001/XMLSchema-instance"'
+ANYTHING = '<xs:complexType name="any"><xs:complexContent><xs:restriction base="xs:anyType"/>' \
+           '</xs:complexContent></xs:complexType>'
+
+
+def schema(namespace, content, extra=""):
+    target = f'targetNamespace="{namespace}" xmlns="{namespace}" ' if namespace else ""
+    return f'<xs:schema xmlns:xs="http://www.w3.org/2001/XMLSchema" {target}' \
+           f'elementFormDefault="qualified"{extra}>{content}</xs:schema>'
+
+
+def permissive(namespace):
+    """Lets every content through that starts with config."""
+    return schema(namespace, '<xs:element name="config"><xs:complexType><xs:sequence>'
+                             '<xs:any minOccurs="0" maxOccurs="unbounded" processContents="skip"/>'
+                             '</xs:sequence><xs:anyAttribute processContents="skip"/>'
+                             '</xs:complexType></xs:element>')
+
+
+def fatal(message):
+    return reported(("FATAL", "{DIR}/main.xml", "{N}", "{N}", message))
+
+
+def error(message, file="main.xml"):
+    return reported(("ERROR", "{DIR}/" + file, "{N}", "{N}", message))
+
+
+def undeclared(element):
+    return f"no declaration found for element '{element}'"
+
+
+def unopened_then(schema_location, message, file="main.xml"):
+    return reported(
+        ("WARNING", "", 0, 0, f"unable to open primary document entity '{schema_location}'"),
+        ("ERROR", "{DIR}/" + file, "{N}", "{N}", message))
+
+
+def both(name, files, expected, validated=None, **options):
+    yield Row(name, files, expected, **options)
+    yield Row(f"{name}, validated", files, validated or expected, validate=True, **options)
+
+
+def remote(port):
+    x = config(prop("x"))
+    for scheme in ("http", "https", "ftp"):
+        url = f"{scheme}://127.0.0.1:{port}/r"
+        unopened = fatal(f"unable to open external entity '{url}'")
+        dtd_unopened = fatal(f"unable to open DTD document '{url}'")
+        yield from both(f"{scheme} entity", config(
+            prop("&e;"), prolog=f'<!DOCTYPE config [<!ENTITY e SYSTEM "{url}">]>'), unopened)
+        yield from both(f"{scheme} document type",
+                        config(prop("x"), prolog=f'<!DOCTYPE config SYSTEM "{url}">'), dtd_unopened)
+        yield from both(f"{scheme} parameter entity", config(
+            prop("x"), prolog=f'<!DOCTYPE config [<!ENTITY % e SYSTEM "{url}">%e;]>'), unopened)
+        yield from both(f"{scheme} schema at the root", config(
+            prop("x"), f'{XSI} xsi:schemaLocation="{NAMESPACE} {url}"'), loaded("p=x"))
+        yield from both(f"{scheme} schema without namespace at the root", config(
+            prop("x"), f'{XSI} xsi:noNamespaceSchemaLocation="{url}"'), loaded("p=x"))
+        yield from both(f"{scheme} schemas at nested elements", config(
+            f'<section name="s"{XSI} xsi:schemaLocation="{NAMESPACE} {url} urn:o {url}">'
+            f'<property name="p" xsi:noNamespaceSchemaLocation="{url}">x</property></section>'),
+            loaded("s{", "p=x", "}"))
+        yield from both(f"{scheme} schema from a document type", config(
+            prop("x"), prolog='<!DOCTYPE config [<!ATTLIST property '
+            'xmlns:xsi CDATA #FIXED "http://www.w3.org/2001/XMLSchema-instance" '
+            f'xsi:schemaLocation CDATA #FIXED "urn:o {url}">]>'), loaded("p=x"), None)
+        yield Row(f"{scheme} schema of the caller's", config(prop("x")), loaded("p=x"),
+                  validate=True, schemes=[(NAMESPACE, url)])
+        yield Row(f"{scheme} schema of the caller's, needed", '<o:config xmlns:o="urn:o"/>',
+                  unopened_then(url, undeclared("o:config")),
+                  validate=True, schemes=[("urn:o", url)])
+    yield from both("entity of a local document type", {
+        "main.xml": config(prop("&e;"), prolog='<!DOCTYPE config SYSTEM "d.dtd">'),
+        "d.dtd": f'<!ENTITY e SYSTEM "http://127.0.0.1:{port}/r">'},
+        fatal(f"unable to open external entity 'http://127.0.0.1:{port}/r'"))
+    yield Row("schema imported by the caller's", {
+        "main.xml": '<o:config xmlns:o="urn:o">x</o:config>',
+        "o.xsd": schema("urn:o", '<xs:import namespace="urn:i" '
+                        f'schemaLocation="http://127.0.0.1:{port}/r"/>'
+                        '<xs:element name="config" type="xs:string"/>')}, loaded(),
+        validate=True, schemes=[("urn:o", "o.xsd")])
+
+
+def local(_port):
+    yield from both("a local entity and document type", {
+        "main.xml": config("<property>&e;</property>", prolog='<!DOCTYPE config SYSTEM "d/d.dtd">'),
+        "d/d.dtd": '<!ENTITY e SYSTEM "e.txt"><!ATTLIST property name CDATA "d">',
+        "d/e.txt": "from e"}, loaded("d=from e"))
+    yield from both("a local entity by its URL", lambda d: write(d, {
+        "an e.txt": "from e", "main.xml": config(prop("&e;"), prolog="<!DOCTYPE config [<!ENTITY e "
+                                                 f'SYSTEM "file://{d}/an%20e.txt">]>')}),
+        loaded("p=from e"))
+    other_machine = 'file://127.0.0.1{DIR}/e.txt'
+    yield from both("an entity on another machine by its URL", lambda d: write(d, {
+        "e.txt": "from e", "main.xml": config(prop("&e;"), prolog="<!DOCTYPE config [<!ENTITY e "
+                                              f'SYSTEM "file://127.0.0.1{d}/e.txt">]>')}),
+        fatal(f"unable to open external entity '{other_machine}'"))
+
+
+SECOND = "urn:second"
+SECOND_SCHEMA = schema(SECOND, '<xs:include schemaLocation="types.xsd"/>'
+                               '<xs:element name="config" type="holder"/>')
+SECOND_TYPES = schema(SECOND, '<xs:complexType name="holder"><xs:sequence>'
+                              '<xs:element name="property" type="named" maxOccurs="2"/>'
+                              '</xs:sequence></xs:complexType>'
+                              '<xs:complexType name="named"><xs:simpleContent><xs:extension '
+                              'base="xs:int"><xs:attribute name="name"/></xs:extension>'
+                              '</xs:simpleContent></xs:complexType>')
+
+
+def schemes(_port):
+    """The caller's schemas."""
+    files = {"schemas/second.xsd": SECOND_SCHEMA, "schemas/types.xsd": SECOND_TYPES}
+    good = f'<config xmlns="{SECOND}"><property name="p">1</property></config>'
+    yield Row("a schema of the caller's", {**files, "main.xml": good}, loaded("p=1"),
+              validate=True, schemes=[(SECOND, "schemas/second.xsd")])
+    yield Row("a schema of the caller's is obeyed",
+              {**files, "main.xml": good.replace(">1<", ">x<")},
+              error("value 'x' does not match regular expression facet '[+\\-]?[0-9]+'"),
+              validate=True, schemes=[(SECOND, "schemas/second.xsd")])
+    other_namespace = error("schema document 'bad.xsd' has different target namespace from the one "
+                            f"specified in instance document '{SECOND}'")
+    for name, location, content, expected in (
+            ("missing", "none.xsd", None, unopened_then("{DIR}/none.xsd", undeclared("config"))),
+            ("malformed", "bad.xsd", "<xs:schema", reported(
+                ("FATAL", "{DIR}/bad.xsd", 1, 11, "unexpected end of input"),
+                ("FATAL", "{DIR}/main.xml", 1, 28, "fatal error during schema scan"))),
+            ("no schema", "bad.xsd", "<other/>", other_namespace),
+            ("for another namespace", "bad.xsd", schema("urn:third", ""), other_namespace),
+            # Blanks part the entries of a list.
+            ("in a name with a blank", "s s.xsd", SECOND_TYPES,
+             fatal("schemaLocation does not contain namespace-location pairs"))):
+        yield Row(f"a schema of the caller's, {name}",
+                  {"main.xml": good, **({location: content} if content else {})}, expected,
+                  validate=True, schemes=[(SECOND, location)])
+
+
+def bypass(_port):
+    """Documents that the grammar refuses, with means of their own to get past it."""
+    wrong = "<wrong/>"
+    own = {"own.xsd": permissive(NAMESPACE), "o.xsd": permissive("urn:o"),
+           "none.xsd": permissive(""), "any.xsd": schema("urn:o", ANYTHING)}
+    undeclared_wrong = lambda file: error(undeclared("wrong"), file)
+    unknown_namespace = lambda file: at(
+        (1, "{N}"), f'expected element in the namespace "{NAMESPACE}"', file)
+    unopened = lambda location, message: lambda file: unopened_then(location, message, file)
+    documents = {
+        "own schema of the grammar's namespace": (config(
+            wrong, f'{XSI} xsi:schemaLocation="{NAMESPACE} own.xsd"'), undeclared_wrong),
+        "own schema of another namespace": (
+            f'<config xmlns="urn:o"{XSI} xsi:schemaLocation="urn:o o.xsd">{wrong}</config>',
+            unopened("o.xsd", undeclared("config"))),
+        "own schema of no namespace": (
+            f'<config{XSI} xsi:noNamespaceSchemaLocation="none.xsd">{wrong}</config>',
+            unopened("none.xsd", undeclared("config"))),
+        "own schema on a nested element": (config(
+            f'<section name="s"><o:config xmlns:o="urn:o"{XSI} xsi:schemaLocation="urn:o o.xsd">'
+            "<wrong/></o:config></section>"), unopened("o.xsd", undeclared("o:config"))),
+        "another type by the standard's": (config(
+            wrong, f'{XSI} xmlns:xs="http://www.w3.org/2001/XMLSchema" xsi:type="xs:anyType"'),
+            lambda file: error("type 'xs:anyType' specified in 'xsi:type' cannot be resolved", file)),
+        "another type of its own": (config(
+            wrong, f'{XSI} xmlns:o="urn:o" xsi:schemaLocation="urn:o any.xsd" xsi:type="o:any"'),
+            unopened("any.xsd", "grammar not found for namespace 'urn:o'")),
+        "nil": (config(wrong, f'{XSI} xsi:nil="true"'),
+                lambda file: error("'xsi:nil' specified for non-nillable element 'config'", file)),
+        "a document type instead of a namespace": (
+            "<!DOCTYPE config [<!ELEMENT config ANY><!ELEMENT wrong EMPTY>]>"
+            f"<config>{wrong}</config>", unknown_namespace),
+        "a document type besides the namespace": (config(
+            wrong, prolog="<!DOCTYPE config [<!ELEMENT config ANY><!ELEMENT wrong EMPTY>"
+            "<!ATTLIST config xmlns CDATA #IMPLIED name CDATA #IMPLIED version CDATA #IMPLIED>]>"),
+            undeclared_wrong),
+        "a document type that changes the namespace": (
+            '<!DOCTYPE config [<!ELEMENT config ANY><!ELEMENT wrong EMPTY>'
+            f'<!ATTLIST config xmlns CDATA #FIXED "urn:o">]><config>{wrong}</config>',
+            unknown_namespace),
+        "a document type that points to a schema": (
+            '<!DOCTYPE config [<!ELEMENT config ANY><!ELEMENT wrong EMPTY>'
+            '<!ATTLIST config xmlns CDATA #FIXED "urn:o" '
+            'xmlns:xsi CDATA #FIXED "http://www.w3.org/2001/XMLSchema-instance" '
+            f'xsi:schemaLocation CDATA #FIXED "urn:o o.xsd">]><config>{wrong}</config>',
+            unknown_namespace),
+        "elements from an entity": (config(
+            "&e;", prolog='<!DOCTYPE config [<!ENTITY e "<wrong/>">]>'), undeclared_wrong),
+        "no namespace at all": (f"<config>{wrong}</config>",
+                                lambda file: error(undeclared("config"), file)),
+    }
+    for name, (document, expected) in documents.items():
+        yield Row(name, {**own, "main.xml": document}, expected("main.xml"), validate=True)
+        yield Row(f"{name}, included",
+                  {**own, "part.xml": document, "main.xml": config("<include>part.xml</include>")},
+                  expected("part.xml"), validate=True)
+
+
+def rows(port):
+    for table in (remote, local, schemes, bypass):
+        yield from table(port)

@@ -168,6 +168,15 @@ TEST(ErrorRecord, NamesTheInvalidArgument) {
   EXPECT_STREQ(cu_GetErrorModule(201u << 24), "unknown module");
 }
 
+TEST(ErrorRecord, ReadersTakeNothingForAnEmptyRecord) {
+  EXPECT_EQ(cu_Error_getSystemErrorCode(nullptr), 0);
+  EXPECT_STREQ(cu_Error_getFileName(nullptr), "");
+  EXPECT_STREQ(cu_Error_getFunctionName(nullptr), "");
+  EXPECT_EQ(cu_Error_getLineNumber(nullptr), 0);
+  EXPECT_STREQ(cu_Error_getDescription(nullptr), "");
+  EXPECT_STREQ(cu_String_get(nullptr), "");
+}
+
 TEST(ErrorRecord, StaysUntilTheNextFailureOfItsThread) {
   EXPECT_EQ(cu_String_set(nullptr, ""), CU_MISSING_ARGUMENT);
   const Record mine = currentRecord();

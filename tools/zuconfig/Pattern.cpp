@@ -63,7 +63,7 @@ class PatternReader {
     }
     ++at;
     const auto name = nlohmann::json::parse(text.substr(start, at - start), nullptr, false);
-    if (name.is_discarded() || name == "") {
+    if (name.is_discarded() || name.get_ref<const std::string&>().empty()) {
       at = start;
       fail(name.is_discarded() ? "not a text in quotes, as in JSON" : "expected a name");
     }

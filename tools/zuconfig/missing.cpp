@@ -44,7 +44,7 @@ std::string reasonFor(const IConfigPtr& config, const Part& part, const Kind& ki
   if (((*config).*other.count)(part.name) > 0) {
     return name + inPlace(path) + " is a " + other.noun + ", not a " + kind.noun;
   }
-  const std::string reason = std::string("no ") + kind.noun + " called " + name + inPlace(path);
+  std::string reason = std::string("no ") + kind.noun + " called " + name + inPlace(path);
   if (const auto names = nearest(part.name, kind.names(config)); !names.empty()) {
     return reason + didYouMean(names);
   }

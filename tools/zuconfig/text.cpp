@@ -90,7 +90,7 @@ Character::Character(const char* text, std::size_t size) : length(0) {
   if (lead < 0xC2 || lead > 0xF4) return;
   const std::size_t expected = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
   if (expected > size) return;
-  code = lead & (0x7Fu >> expected);
+  code = lead & (0x7FU >> expected);
   for (std::size_t i = 1; i < expected; ++i) {
     const auto byte = static_cast<unsigned char>(text[i]);
     if ((byte & 0xC0) != 0x80) return;
@@ -130,6 +130,7 @@ std::vector<std::string> nearest(const std::string& name,
   std::sort(near.begin(), near.end());
   if (near.size() > 3) near.resize(3);
   std::vector<std::string> names;
+  names.reserve(near.size());
   for (auto& [edits, candidate] : near) names.push_back(std::move(candidate));
   return names;
 }

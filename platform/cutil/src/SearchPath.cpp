@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <climits>
+#include <cstring>
 #include <deque>
 #include <mutex>
 #include <new>
@@ -35,9 +36,12 @@ Entries::iterator findEntry(Entries& entries, const char* directory) noexcept {
                       [&](const Entry& entry) { return entry.directory == directory; });
 }
 
+const char* separatorAfter(const std::string& directory) noexcept {
+  return directory.empty() || directory.back() == '/' ? "" : "/";
+}
+
 std::string join(const std::string& directory, const char* name) {
-  if (directory.empty()) return name;
-  return directory + (directory.back() == '/' ? "" : "/") + name;
+  return directory + separatorAfter(directory) + name;
 }
 
 bool isReadableFile(const std::string& file) noexcept {
@@ -52,7 +56,12 @@ std::optional<std::string> search(const Entries& entries, const char* name) {
     std::string file = name;
     return isReadableFile(file) ? std::optional(std::move(file)) : std::nullopt;
   }
+  const std::size_t length = std::strlen(name);
   for (const Entry& entry : entries) {
+    // The kernel opens no longer name. Files that include each other through ".." fill the path
+    // with thousands of directories as long as that.
+    if (entry.directory.size() + std::strlen(separatorAfter(entry.directory)) + length >= PATH_MAX)
+      continue;
     std::string file = join(entry.directory, name);
     if (isReadableFile(file)) return file;
   }

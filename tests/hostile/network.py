@@ -163,7 +163,8 @@ def bypass(_port):
             "<wrong/></o:config></section>"), unopened("o.xsd", undeclared("o:config"))),
         "another type by the standard's": (config(
             wrong, f'{XSI} xmlns:xs="http://www.w3.org/2001/XMLSchema" xsi:type="xs:anyType"'),
-            lambda file: error("type 'xs:anyType' specified in 'xsi:type' cannot be resolved", file)),
+            lambda file: error("type 'xs:anyType' specified in 'xsi:type' cannot be resolved",
+                               file)),
         "another type of its own": (config(
             wrong, f'{XSI} xmlns:o="urn:o" xsi:schemaLocation="urn:o any.xsd" xsi:type="o:any"'),
             unopened("any.xsd", "grammar not found for namespace 'urn:o'")),

@@ -1,0 +1,88 @@
+"""Depth and width: documents and includes nested deeper than the stack allows are refused with
+their place; elements with too many attributes too."""
+
+from harness import Row, at, config, loaded, prop, reported
+
+DEEP_ELEMENTS = at((1, "{N}"), "elements nested too deeply for the stack")
+DEEP_WALK = at((1, "{N}"), "files or sections nested too deeply for the stack")
+SMALL = ["--stack", "256"]
+
+
+def nested(kind, depth):
+    opening, closing = {
+        "sections": ('<section name="s">', "</section>"),
+        "unknown elements": ("<other>", "</other>"),
+        "elements in a property": ("<a>", "</a>"),
+    }[kind]
+    content = opening * depth + "x" + closing * depth
+    return prop(content) if kind == "elements in a property" else content
+
+
+def whole(kind, depth):
+    return {"sections": loaded(*["s{"] * depth, *["}"] * depth),
+            "unknown elements": loaded(),
+            "elements in a property": loaded("p=x")}[kind]
+
+
+def depths():
+    for kind in ("sections", "unknown elements", "elements in a property"):
+        for depth in (1000, 10000, 100000, 1000000):
+            for stack, arguments in (("usual stack", []), ("small stack", SMALL)):
+                # In between, the outcome is up to the frames of this build.
+                expected = (whole(kind, depth), DEEP_ELEMENTS, DEEP_WALK)
+                if depth == 1000 and stack == "usual stack":
+                    expected = whole(kind, depth)
+                elif depth >= 100000:
+                    expected = (DEEP_ELEMENTS, DEEP_WALK)
+                yield Row(f"{depth} {kind}, {stack}",
+                          lambda d, k=kind, n=depth: write_nested(d, k, n), expected,
+                          arguments=arguments, megabytes=400 if depth > 100000 else 200)
+    for depth, expected in ((1000, whole("sections", 1000)), (100000, DEEP_ELEMENTS)):
+        document = config('<section name="s">' * depth + "</section>" * depth)
+        yield Row(f"{depth} sections, validated", document, expected, validate=True)
+
+
+def write_nested(directory, kind, depth):
+    (directory / "main.xml").write_text(config(nested(kind, depth)))
+
+
+def include(name):
+    return f"<include>{name}</include>"
+
+
+def includes():
+    itself = config(include("main.xml"))
+    yield Row("a file that includes itself", itself, DEEP_WALK, megabytes=600)
+    yield Row("a file that includes itself, validated", itself, DEEP_WALK, validate=True,
+              megabytes=600)
+    yield Row("a file that includes itself, small stack", itself, DEEP_WALK, arguments=SMALL)
+    yield Row("a file that includes itself into a section",
+              config(f'<section name="s">{include("main.xml")}</section>'), DEEP_WALK,
+              megabytes=600)
+    yield Row("two files that include each other", {
+        "main.xml": config(include("a/one.xml")),
+        "a/one.xml": config(include("../b/two.xml")),
+        "b/two.xml": config(include("../a/one.xml"))},
+        tuple(at((1, "{N}"), "files or sections nested too deeply for the stack", file)
+              for file in ("{STEPS}one.xml", "{STEPS}two.xml")), megabytes=600, seconds=10)
+    chain = {f"f{i}.xml": config(include(f"f{i + 1}.xml")) for i in range(200)}
+    chain = {**chain, "f200.xml": config(prop("the end")), "main.xml": config(include("f0.xml"))}
+    yield Row("a chain of 200 includes", chain, loaded("p=the end"))
+    yield Row("a chain of 200 includes, validated", chain, loaded("p=the end"), validate=True)
+
+
+def attributes(count, name="a"):
+    return "".join(f' {name}{i}="v"' for i in range(count))
+
+
+def rows(_port):
+    yield from depths()
+    yield from includes()
+    refused = at((1, "{N}"), "too many attributes")
+    yield Row("10,000 attributes", config(f"<other{attributes(10000)}/>"), loaded())
+    yield Row("100,000 attributes", config(f"<other{attributes(100000)}/>"), refused)
+    yield Row("100,000 attributes, validated",
+              config(f'<section name="s"{attributes(100000)}/>'),
+              reported(("ERROR", "{DIR}/main.xml", 1, "{N}",
+                        "attribute 'a0' is not declared for element 'section'")), validate=True)
+    yield Row("100,000 namespaces", config(f'<other{attributes(100000, "xmlns:a")}/>'), refused)

@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <tuple>
 #include <xercesc/framework/XMLErrorCodes.hpp>
+#include <xercesc/framework/XMLValidityCodes.hpp>
 #include <xercesc/internal/XMLScanner.hpp>
 #include <xercesc/util/XMLString.hpp>
 #include <xercesc/util/XMLUni.hpp>
@@ -20,21 +22,46 @@ using xercesc::XMLString;
 using xercesc::XMLUni;
 using Fault = LenientParser::Fault;
 
-// Two messages of the XML library tell little to those who do not know its grammar.
+// What a message of the XML library leaves open for those who do not know its grammar.
+const char* hintFor(unsigned int code) {
+  switch (code) {
+    case XMLErrs::ExpectedEntityRefName:
+      return ": an ampersand in a text is written &amp;";
+    case XMLErrs::ExpectedElementName:
+      return ": a less-than sign in a text is written &lt;";
+    case XMLErrs::EntityNotFound:
+      return ": those of XML are &amp;, &lt;, &gt;, &quot; and &apos;";
+    case XMLErrs::ExpectedAttrValue:
+      return ": it stands in straight quotes";
+    case XMLErrs::ExpectedWhitespace:
+      return ": a quote may be missing before this place, or be one too many";
+    case XMLErrs::ExpectedCommentOrPI:
+      return ": a document has one root element and nothing after it";
+    case XMLErrs::InvalidDocumentStructure:
+      return ": the root element is missing here";
+    default:
+      return "";
+  }
+}
+
 Fault faultOf(unsigned int code, const XMLCh* domain, XMLErrorReporter::ErrTypes type,
               const XMLCh* text) {
   const std::string message = xerces::transcode(text);
   if (type == XMLErrorReporter::ErrType_Warning) return {Fault::WARNING, message, {}};
-  if (XMLString::equals(domain, XMLUni::fgValidityDomain)) return {Fault::INVALID, message, {}};
+  if (XMLString::equals(domain, XMLUni::fgValidityDomain)) {
+    const bool isText = code == xercesc::XMLValid::NoCharDataInCM;
+    return {Fault::INVALID,
+            message + (isText ? ": the text before this place belongs in a property" : ""),
+            {}};
+  }
+  // Values that their type does not allow.
+  if (XMLString::equals(domain, XMLUni::fgExceptDomain) &&
+      type == XMLErrorReporter::ErrType_Error) {
+    return {Fault::INVALID, message, {}};
+  }
   if (XMLString::equals(domain, XMLUni::fgXMLErrDomain)) {
-    if (code == XMLErrs::ExpectedCommentOrPI) {
-      return {Fault::SEVERAL_ROOTS,
-              message + ": a document has one root element and nothing after it",
-              {}};
-    }
-    if (code == XMLErrs::InvalidDocumentStructure) {
-      return {Fault::NOT_WELL_FORMED, message + ": the root element is missing here", {}};
-    }
+    const bool isRoot = code == XMLErrs::ExpectedCommentOrPI;
+    return {isRoot ? Fault::SEVERAL_ROOTS : Fault::NOT_WELL_FORMED, message + hintFor(code), {}};
   }
   return {Fault::NOT_WELL_FORMED, message, {}};
 }
@@ -59,6 +86,8 @@ const xercesc::DOMDocument* LenientParser::parseLeniently(const std::string& pat
   faults.clear();
   elements.clear();
   open.clear();
+  unknownElements.clear();
+  lastUnknown = {};
   try {
     return parseDoc(path);
   } catch (const xerces::Exception& e) {
@@ -102,8 +131,42 @@ void LenientParser::error(unsigned int code, const XMLCh* domain, ErrTypes type,
                           XMLFileLoc column) {
   Fault fault = faultOf(code, domain, type, text);
   fault.location = {xerces::transcode(systemId), static_cast<int>(line), static_cast<int>(column)};
-  faults.push_back(std::move(fault));
+  const bool isInvalid = fault.kind == Fault::INVALID;
+  if (!isInvalid && XMLString::equals(domain, XMLUni::fgXMLErrDomain)) explainOpenTag(fault, code);
+  if (!isInvalid || !followsFromUnknownElement(fault, code)) faults.push_back(std::move(fault));
   DocumentParser::error(code, domain, type, text, systemId, publicId, line, column);
+}
+
+// Tells which tag is not closed, and takes back what is invalid only because of that.
+void LenientParser::explainOpenTag(Fault& fault, unsigned int code) {
+  if (code != XMLErrs::ExpectedEndOfTagX && code != XMLErrs::EndedWithTagsOnStack) return;
+  if (open.empty()) return;
+  const Place place = elements[open.back()];
+  fault.message += ": the start tag in line " + std::to_string(place.line) + " is still open";
+  const auto isInside = [&](const Fault& other) {
+    return other.kind == Fault::INVALID && std::tie(other.location.line, other.location.column) >
+                                               std::tie(place.line, place.column);
+  };
+  faults.erase(std::remove_if(faults.begin(), faults.end(), isInside), faults.end());
+}
+
+// An element that the grammar does not have gives up to three reports; the first one is enough.
+bool LenientParser::followsFromUnknownElement(const Fault& fault, unsigned int code) {
+  const std::size_t quote = fault.message.find('\'');
+  const std::string name =
+      fault.message.substr(quote + 1, fault.message.find('\'', quote + 1) - quote - 1);
+  switch (code) {
+    case xercesc::XMLValid::ElementNotDefined:
+      unknownElements.insert(name);
+      lastUnknown = fault.location;
+      return false;
+    case xercesc::XMLValid::AttNotDefinedForElement:
+      return fault.location.line == lastUnknown.line && fault.location.column == lastUnknown.column;
+    case xercesc::XMLValid::ElementNotValidForContent:
+      return unknownElements.count(name) > 0;
+    default:
+      return false;
+  }
 }
 
 void LenientParser::parseFile(const std::string& name) {

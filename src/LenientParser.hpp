@@ -3,7 +3,9 @@
 #ifndef SRC_LENIENTPARSER_HPP
 #define SRC_LENIENTPARSER_HPP
 
+#include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include "DocumentParser.hpp"
@@ -54,7 +56,12 @@ class LenientParser : public DocumentParser {
     int column;
   };
 
+  void explainOpenTag(Fault& fault, unsigned int code);
+  bool followsFromUnknownElement(const Fault& fault, unsigned int code);
+
   std::vector<Fault> faults;
+  std::unordered_set<std::string> unknownElements;  // that were reported
+  Location lastUnknown;                             // of the last such report
   std::unordered_map<const xercesc::DOMNode*, Place> elements;
   std::vector<const xercesc::DOMNode*> open;  // outermost first
 };

@@ -119,7 +119,7 @@ class FileSetCheck {
     const std::string path = name.empty() ? "" : ConfigLocator::find(name);
     if (path.empty()) {
       add(Severity::ERROR, "not-found",
-          name.empty() ? "the name of the file is empty" : notFoundMessage(name), {name});
+          name.empty() ? "the name of the file is empty" : notFoundMessage(name), {name}, name);
       return std::move(problems);
     }
     enter(describe(name, path, {}));
@@ -138,7 +138,8 @@ class FileSetCheck {
   void follow(const Include& include) {
     const std::string path = ConfigLocator::find(include.text);
     if (path.empty()) {
-      add(Severity::ERROR, "missing-include", notFoundMessage(include.text), include.location);
+      add(Severity::ERROR, "missing-include", notFoundMessage(include.text), include.location,
+          include.text);
       return;
     }
     const std::string identity = canonical(path);
@@ -174,7 +175,7 @@ class FileSetCheck {
     internal::DocumentFindings findings =
         internal::checkDocument(description.path, schemes, grammars ? &*grammars : nullptr);
     for (const Problem& problem : findings.problems) {
-      add(problem.severity, problem.rule, problem.message, problem.location);
+      add(problem.severity, problem.rule, problem.message, problem.location, problem.subject);
     }
     file.includes = std::move(findings.includes);
   }
@@ -200,13 +201,13 @@ class FileSetCheck {
 
   // A file that is read again has the same problems.
   void add(Severity severity, const std::string& rule, const std::string& message,
-           const Location& location) {
+           const Location& location, const std::string& subject = "") {
     if (!told.emplace(location.file, location.line, location.column, rule, message).second) return;
     std::vector<Location> includes;
     for (auto file = open.rbegin(); file != open.rend(); ++file) {
       if (file->file.includer != nullptr) includes.push_back(file->file.include);
     }
-    problems.push_back({severity, rule, message, location, std::move(includes)});
+    problems.push_back({severity, rule, message, subject, location, std::move(includes)});
   }
 
   const SchemeList& schemes;

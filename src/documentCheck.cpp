@@ -76,7 +76,7 @@ class DocumentCheck {
 
   void addFault(const Fault& fault) {
     const auto addAs = [&](Severity severity, const char* rule) {
-      findings.problems.push_back({severity, rule, fault.message, fault.location, {}});
+      findings.problems.push_back({severity, rule, fault.message, "", fault.location, {}});
     };
     switch (fault.kind) {
       case Fault::WARNING:
@@ -119,10 +119,10 @@ class DocumentCheck {
     } else if (isCalled(element, names::include)) {
       checkInclude(element);
     } else if (!validate) {  // which tells of them by itself
+      const std::string name = xerces::transcode(element.getLocalName());
       add(element, "unknown-element",
-          "element " + quoted(xerces::transcode(element.getLocalName())) +
-              " is ignored; only property, section and include are read",
-          Severity::WARNING);
+          "element " + quoted(name) + " is ignored; only property, section and include are read",
+          Severity::WARNING, name);
     }
   }
 
@@ -142,7 +142,7 @@ class DocumentCheck {
     if (isSelectable(name)) return;
     add(element, "unreachable-name",
         "no selector can spell " + quoted(name) + ": it takes ASCII letters and digits only",
-        Severity::WARNING);
+        Severity::WARNING, name);
   }
 
   // Answers with the text; the empty one when there is none.
@@ -175,8 +175,8 @@ class DocumentCheck {
   }
 
   void add(const DOMElement& element, const char* rule, const std::string& message,
-           Severity severity = Severity::ERROR) {
-    findings.problems.push_back({severity, rule, message, parser.locationOf(element), {}});
+           Severity severity = Severity::ERROR, const std::string& subject = "") {
+    findings.problems.push_back({severity, rule, message, subject, parser.locationOf(element), {}});
   }
 
   const LenientParser& parser;

@@ -41,6 +41,10 @@ struct Problem {
 
   std::string message;  // one sentence, without place and rule, no line break at the end
 
+  // The name that the message is about: of a missing file, an unknown element, a property or
+  // section that no selector can spell. Empty for all other rules.
+  std::string subject;
+
   // Of the element or the fault in the document. For elements written as empty tags, and faults of
   // a whole file, a file only; the file is as written when it was not found at top level.
   Location location;

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <climits>
+#include <filesystem>
 #include <sstream>
 #include <stdexcept>
 #include <unordered_map>
@@ -10,6 +11,7 @@
 #include "Command.hpp"
 #include "cppUtil/err/Exception.hpp"
 #include "service/util/locator/ConfigLocator.hpp"
+#include "text.hpp"
 
 namespace zuconfig {
 
@@ -26,6 +28,21 @@ constexpr std::uint32_t topLevelNotFound = 1;
 // the stack is used up, which takes long; no other files come near this.
 constexpr int mostOpenings = 100;
 
+std::string replaced(std::string text, const std::string& from, const std::string& to) {
+  for (std::size_t at = text.find(from); at != text.npos; at = text.find(from, at + to.size())) {
+    text.replace(at, from.size(), to);
+  }
+  return text;
+}
+
+// path without "." and ".." in it, unless links make that another file.
+std::string normalised(const std::string& path) {
+  if (path.find("/.") == path.npos) return path;
+  const auto normal = std::filesystem::path(path).lexically_normal();
+  std::error_code error;
+  return std::filesystem::equivalent(path, normal, error) ? normal.string() : path;
+}
+
 // Keeps the files that are being read, so that a failure can tell how the load came there, and
 // hands everything on to the origins, when there are any.
 class Trace : public Observer {
@@ -34,7 +51,7 @@ class Trace : public Observer {
 
   void fileEntered(const File& file) override {
     includes.push_back(file.include);
-    if (++open[file.path] > mostOpenings) {
+    if (++open[normalised(file.path)] > mostOpenings) {
       circle = file.path;
       throw std::runtime_error("include cycle");
     }
@@ -53,7 +70,7 @@ class Trace : public Observer {
 
   void fileLeft(const File& file) override {
     includes.pop_back();
-    --open[file.path];
+    --open[normalised(file.path)];
     if (origins != nullptr) origins->fileLeft(file);
   }
 
@@ -92,6 +109,10 @@ void LoadOptions::defineDirectories(CLI::App& command) {
 void LoadOptions::define(CLI::App& command) {
   defineDirectories(command);
   command.add_flag("--validate", validate, "Check every file against the grammar");
+  defineSchemas(command);
+}
+
+void LoadOptions::defineSchemas(CLI::App& command) {
   command
       .add_option("--schema", schemas,
                   "Validate elements of the namespace NS with the schema at LOCATION; repeatable")
@@ -111,15 +132,20 @@ Loader::Loader(const LoadOptions& options)
   }
   for (auto directory = options.directories.rbegin(); directory != options.directories.rend();
        ++directory) {
-    ConfigLocator::prepend(*directory);
+    prepend(*directory, "-I");
   }
+}
+
+void Loader::prepend(const std::string& directory, const char* source) {
+  ConfigLocator::prepend(directory);
+  prepended.insert(prepended.begin(), {directory, source});
 }
 
 std::string Loader::resolve(const std::string& file) {
   if (file == "-") {
     if (standardInput) throw Failure(USAGE, "standard input can be read once only");
     standardInput.emplace();
-    ConfigLocator::prepend("");
+    prepend("", "for standard input");
     return standardInput->getPath();
   }
   if (startsWith(file, "./")) return currentDirectory + file.substr(2);
@@ -161,6 +187,11 @@ IConfigPtr Loader::load(const std::string& file, Origins* origins) {
   }
 }
 
+std::string Loader::notFound(const std::string& file) const {
+  return printable(file) + ": not found on the search path, which \"zuconfig path\" shows" +
+         didYouMean(nearFiles(file, ""));
+}
+
 std::string Loader::includeChain(const std::vector<Location>& includes) const {
   std::string text;
   for (auto include = includes.rbegin(); include != includes.rend(); ++include) {
@@ -171,8 +202,10 @@ std::string Loader::includeChain(const std::vector<Location>& includes) const {
 
 std::string Loader::shown(const std::string& path) const {
   if (standardInput && path == standardInput->getPath()) return standardInputName;
-  const bool isBelow = currentDirectory.size() > 1 && startsWith(path, currentDirectory.c_str());
-  return isBelow ? path.substr(currentDirectory.size()) : path;
+  const std::string normal = normalised(path);
+  if (normal + "/" == currentDirectory) return ".";
+  const bool isBelow = currentDirectory.size() > 1 && startsWith(normal, currentDirectory.c_str());
+  return isBelow ? normal.substr(currentDirectory.size()) : normal;
 }
 
 std::string Loader::shown(const Location& location) const {
@@ -188,13 +221,12 @@ std::string Loader::shown(const Origins::Origin& origin) const {
   return shown(Location{origin.file->path, origin.line, origin.column});
 }
 
-std::string Loader::shownText(std::string text) const {
-  if (!standardInput) return text;
-  const std::string& path = standardInput->getPath();
-  for (std::size_t at = text.find(path); at != text.npos; at = text.find(path, at)) {
-    text.replace(at, path.size(), standardInputName);
-  }
-  return text;
+std::string Loader::shownText(const std::string& text) const {
+  return standardInput ? replaced(text, standardInput->getPath(), standardInputName) : text;
+}
+
+std::string Loader::shortened(const std::string& text) const {
+  return currentDirectory.size() > 1 ? replaced(text, currentDirectory, "") : text;
 }
 
 }  // namespace zuconfig

@@ -8,6 +8,7 @@
 #include <vector>
 
 #include "Spool.hpp"
+#include "searchPath.hpp"
 #include "service/util/config/IConfig.hpp"
 #include "service/util/config/xml/Origins.hpp"
 #include "service/util/config/xml/Session.hpp"
@@ -22,6 +23,7 @@ using service::util::config::xml::Origins;
 struct LoadOptions {
   void define(CLI::App& command);
   void defineDirectories(CLI::App& command);
+  void defineSchemas(CLI::App& command);
 
   std::vector<std::string> directories;  // put before the search path, the first one foremost
   bool validate = false;
@@ -41,25 +43,35 @@ class Loader {
   IConfigPtr load(const std::string& file);
   IConfigPtr load(const std::string& file, Origins& origins);
 
+  // The search path as it is for the files that are loaded.
+  std::vector<PathEntry> searchPath() const { return getSearchPath(prepended); }
+
+  // Why file is not there.
+  std::string notFound(const std::string& file) const;
+
   // A file for the eye: relative when it is below the current directory.
   std::string shown(const std::string& path) const;
   // "file:line:column", or what of it is known.
   std::string shown(const Location& location) const;
   std::string shown(const Origins::Origin& origin) const;
   // A text of the library's, with standard input called by its name.
-  std::string shownText(std::string text) const;
+  std::string shownText(const std::string& text) const;
+  // text with the files in it relative when they are below the current directory.
+  std::string shortened(const std::string& text) const;
 
   // For commands that ask the library themselves.
   const service::util::config::xml::SchemeList& getSchemes() const { return schemes; }
   bool isValidating() const { return validate; }
 
  private:
+  void prepend(const std::string& directory, const char* source);
   IConfigPtr load(const std::string& file, Origins* origins);
   std::string includeChain(const std::vector<Location>& includes) const;
 
   service::util::config::xml::Session session;
   service::util::config::xml::SchemeList schemes;
   bool validate;
+  std::vector<PathEntry> prepended;
   std::string currentDirectory;  // ends in a slash; empty when it has no name
   std::optional<Spool> standardInput;
 };

@@ -9,7 +9,6 @@
 #include "SourceText.hpp"
 #include "cppUtil/fileName/getPath.hpp"
 #include "missing.hpp"
-#include "searchPath.hpp"
 #include "service/util/config/visit.hpp"
 #include "text.hpp"
 
@@ -43,8 +42,7 @@ class NameFinder : public Visitor {
 
 class Explanation {
  public:
-  Explanation(const Loader& loader, const Origins& origins, std::size_t givenDirectories)
-      : loader(loader), origins(origins), givenDirectories(givenDirectories) {}
+  Explanation(const Loader& loader, const Origins& origins) : loader(loader), origins(origins) {}
 
   void found(const Match& match, const std::vector<Match>& sections) {
     std::cout << colours.bold << match.path << colours.off;
@@ -110,7 +108,11 @@ class Explanation {
       std::cout << "    included as " << quoted(file.name) << " at " << loader.shown(file.include)
                 << "\n";
     }
-    if (file.name[0] != '/') std::cout << "    found in " << directoryOf(file) << "\n";
+    if (file.name[0] == '/') {
+      std::cout << "    named with its directory, not searched for\n";
+    } else {
+      std::cout << "    found in " << directoryOf(file) << "\n";
+    }
     for (const auto& match : file.shadowed) {
       std::cout << "    shadows " << loader.shown(match.file) << "\n";
     }
@@ -123,7 +125,7 @@ class Explanation {
         return loader.shown(file.directory) + ", beside " + loader.shown(around->path);
       }
     }
-    for (const PathEntry& entry : getSearchPath(givenDirectories)) {
+    for (const PathEntry& entry : loader.searchPath()) {
       if (entry.directory == file.directory) {
         return shownDirectory(entry.directory) + " (" + entry.source + ")";
       }
@@ -171,7 +173,6 @@ class Explanation {
 
   const Loader& loader;
   const Origins& origins;
-  const std::size_t givenDirectories;
   const Colours colours;
   SourceText source;
 };
@@ -196,7 +197,7 @@ struct Explain {
     Loader loader(load);
     Origins origins;
     const IConfigPtr config = loader.load(file, origins);
-    Explanation explanation(loader, origins, load.directories.size() + (file == "-" ? 1 : 0));
+    Explanation explanation(loader, origins);
     auto match = matchSingle(config, pattern, Wanted::PROPERTIES);
     if (!match) match = matchSingle(config, pattern, Wanted::SECTIONS);
     if (!match) {

@@ -45,8 +45,8 @@ void define(CLI::App& app, Chosen& chosen) {
       "selector, 3 a file cannot be loaded. zuconfig(1) tells the rest.");
   app.set_version_flag("--version", "zuconfig " ZUCONFIG_VERSION);
   app.require_subcommand(1);
-  for (const auto add :
-       {addGet, addList, addExplain, addTree, addDump, addDiff, addPath, addSchema, addErrors}) {
+  for (const auto add : {addGet, addList, addExplain, addTree, addDump, addCheck, addDiff,
+                         addIncludes, addPath, addSchema, addErrors}) {
     add(app, chosen);
   }
 }

@@ -4,7 +4,6 @@
 
 #include "Command.hpp"
 #include "Loader.hpp"
-#include "searchPath.hpp"
 #include "service/util/locator/ConfigLocator.hpp"
 #include "text.hpp"
 
@@ -27,23 +26,27 @@ struct Path {
   ExitCode run() const {
     const Loader loader(load);
     if (wanted.empty()) {
-      for (const PathEntry& entry : getSearchPath(load.directories.size())) {
+      for (const PathEntry& entry : loader.searchPath()) {
         print(entry.directory.empty() ? "." : entry.directory, entry.source);
       }
       return FINE;
     }
     const auto matches = ConfigLocator::findAll(wanted);
-    if (matches.empty()) throw Failure(NO, printable(wanted) + ": not found on the search path");
+    if (matches.empty()) {
+      throw Failure(NO, printable(wanted) + ": not found on the search path" +
+                            didYouMean(nearFiles(wanted, "")));
+    }
     for (const auto& match : matches) {
-      print(match.file, (&match == &matches.front() ? "found, " : "shadowed, ") + source(match));
+      print(match.file,
+            (&match == &matches.front() ? "found, " : "shadowed, ") + source(match, loader));
     }
     return FINE;
   }
 
  private:
-  std::string source(const ConfigLocator::Match& match) const {
+  std::string source(const ConfigLocator::Match& match, const Loader& loader) const {
     if (wanted[0] == '/') return "by its absolute name";
-    const auto entries = getSearchPath(load.directories.size());
+    const auto entries = loader.searchPath();
     const auto entry = std::find_if(entries.begin(), entries.end(), [&](const PathEntry& e) {
       return e.directory == match.directory;
     });

@@ -2,13 +2,17 @@
 
 #include <algorithm>
 #include <cstdlib>
+#include <filesystem>
 
+#include "cppUtil/fileName/getPath.hpp"
 #include "service/util/locator/ConfigLocator.hpp"
 #include "text.hpp"
 
 namespace zuconfig {
 
 namespace {
+
+using service::util::locator::ConfigLocator;
 
 std::string variable(const char* name) {
   const char* value = std::getenv(name);
@@ -47,18 +51,65 @@ std::vector<PathEntry> expectedEntries() {
   return entries;
 }
 
+// The regular files in directory, each with prefix before its name; none when it cannot be read.
+void addFiles(std::vector<std::string>& files, const std::string& directory,
+              const std::string& prefix) {
+  std::error_code error;
+  std::filesystem::directory_iterator entry(directory.empty() ? "." : directory, error);
+  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+    std::error_code unknown;
+    if (entry->is_regular_file(unknown))
+      files.push_back(prefix + entry->path().filename().string());
+  }
+}
+
+// The file called name in the directories below directory, one level down.
+void addFilesBelow(std::vector<std::string>& files, const std::string& directory,
+                   const std::string& name) {
+  std::error_code error;
+  std::filesystem::directory_iterator entry(directory, error);
+  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+    std::error_code unknown;
+    if (std::filesystem::is_regular_file(entry->path() / name, unknown)) {
+      files.push_back((entry->path().filename() / name).string());
+    }
+  }
+}
+
 }  // namespace
 
-std::vector<PathEntry> getSearchPath(std::size_t given) {
-  const std::vector<PathEntry> expected = expectedEntries();
-  const auto directories = service::util::locator::ConfigLocator::getEntries();
+std::vector<std::string> nearFiles(const std::string& name, const std::string& includer) {
+  const std::string prefix = name.substr(0, name.rfind('/') + 1);
+  std::vector<std::string> directories = ConfigLocator::getEntries();
+  if (!includer.empty()) {
+    directories.insert(directories.begin(), cppUtil::fileName::getPath(includer));
+  }
+  if (prefix[0] == '/') directories = {""};
+  std::vector<std::string> files;
+  if (!includer.empty() && prefix[0] != '/') {
+    addFilesBelow(files, directories.front(), name);
+    if (!files.empty()) return files;
+  }
+  for (std::string& directory : directories) {
+    if (!directory.empty()) directory += '/';
+    addFiles(files, directory += prefix, prefix);
+  }
+  std::sort(files.begin(), files.end());
+  files.erase(std::unique(files.begin(), files.end()), files.end());
+  // Directories and endings are the same too often to say much.
+  const std::size_t ending = std::min(name.rfind('.'), name.size());
+  return nearest(name, files, ending > prefix.size() ? ending - prefix.size() : name.size());
+}
+
+std::vector<PathEntry> getSearchPath(const std::vector<PathEntry>& prepended) {
+  std::vector<PathEntry> expected = prepended;
+  const std::vector<PathEntry> initial = expectedEntries();
+  expected.insert(expected.end(), initial.begin(), initial.end());
   std::vector<PathEntry> entries;
-  for (std::size_t i = 0; i < directories.size(); ++i) {
-    const bool isExpected = i >= given && i - given < expected.size() &&
-                            expected[i - given].directory == directories[i];
-    entries.push_back({directories[i], i < given    ? "-I"
-                                       : isExpected ? expected[i - given].source
-                                                    : "locator"});
+  for (const std::string& directory : ConfigLocator::getEntries()) {
+    const std::size_t i = entries.size();
+    const bool isExpected = i < expected.size() && expected[i].directory == directory;
+    entries.push_back({directory, isExpected ? expected[i].source : "locator"});
   }
   return entries;
 }

@@ -12,13 +12,17 @@ struct PathEntry {
   std::string source;     // "-I", "ZU_CONFIG_PATH", "XDG_CONFIG_DIRS" and the like
 };
 
-// The entries, front first. given: how many -I there were. The locator library does not tell
-// sources: they are worked out from the environment, as it does, and left open where that does not
-// give what is there.
-std::vector<PathEntry> getSearchPath(std::size_t given);
+// The entries, front first. prepended: those that this process has put before the others. The
+// locator library does not tell sources: they are worked out from the environment, as it does, and
+// left open where that does not give what is there.
+std::vector<PathEntry> getSearchPath(const std::vector<PathEntry>& prepended);
 
 // A directory of the search path, for the eye.
 std::string shownDirectory(const std::string& directory);
+
+// The files that may have been meant by name, which is not found: beside the file includer, unless
+// that is empty, and along the search path.
+std::vector<std::string> nearFiles(const std::string& name, const std::string& includer);
 
 }  // namespace zuconfig
 

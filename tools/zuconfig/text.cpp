@@ -3,9 +3,9 @@
 #include <unistd.h>
 
 #include <algorithm>
-#include <cctype>
 #include <cstdlib>
 #include <cstring>
+#include <numeric>
 
 #include "service/util/config/visit.hpp"
 
@@ -13,24 +13,22 @@ namespace zuconfig {
 
 namespace {
 
-// Edits (a character more, less or different, two exchanged) that lead from one name to the other;
-// a difference in case alone counts half. In half edits.
+// How many edits (a character more, less or different, two exchanged) lead from one name to the
+// other, whatever the case of letters.
 std::size_t distance(const std::string& from, const std::string& to) {
-  const auto cost = [](char a, char b) -> std::size_t {
-    if (a == b) return 0;
-    const bool isLetter = std::isalpha(static_cast<unsigned char>(a)) != 0;
-    return isLetter && (a ^ b) == 0x20 ? 1 : 2;
+  const auto lower = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
+  const auto isSame = [&](std::size_t i, std::size_t j) {
+    return lower(from[i - 1]) == lower(to[j - 1]);
   };
   std::vector<std::size_t> beforeLast;
   std::vector<std::size_t> last(to.size() + 1);
-  for (std::size_t j = 0; j <= to.size(); ++j) last[j] = 2 * j;
+  std::iota(last.begin(), last.end(), 0);
   for (std::size_t i = 1; i <= from.size(); ++i) {
-    std::vector<std::size_t> row(to.size() + 1);
-    row[0] = 2 * i;
+    std::vector<std::size_t> row(to.size() + 1, i);
     for (std::size_t j = 1; j <= to.size(); ++j) {
-      row[j] = std::min({last[j] + 2, row[j - 1] + 2, last[j - 1] + cost(from[i - 1], to[j - 1])});
-      if (i > 1 && j > 1 && from[i - 1] == to[j - 2] && from[i - 2] == to[j - 1]) {
-        row[j] = std::min(row[j], beforeLast[j - 2] + 2);
+      row[j] = std::min({last[j] + 1, row[j - 1] + 1, last[j - 1] + (isSame(i, j) ? 0 : 1)});
+      if (i > 1 && j > 1 && isSame(i, j - 1) && isSame(i - 1, j)) {
+        row[j] = std::min(row[j], beforeLast[j - 2] + 1);
       }
     }
     beforeLast = std::move(last);
@@ -104,6 +102,11 @@ std::size_t width(const std::string& text) {
       std::count_if(text.begin(), text.end(), [](char c) { return (c & 0xC0) != 0x80; }));
 }
 
+std::size_t utf16Units(const std::string& text) {
+  return width(text) + static_cast<std::size_t>(std::count_if(
+                           text.begin(), text.end(), [](char c) { return (c & 0xF8) == 0xF0; }));
+}
+
 std::string joined(const std::string& path, const std::string& name, std::uint32_t index,
                    std::uint32_t count) {
   std::string result = path.empty() ? "" : path + ".";
@@ -117,10 +120,10 @@ std::string counted(std::uint64_t count, const std::string& noun) {
 }
 
 std::vector<std::string> nearest(const std::string& name,
-                                 const std::vector<std::string>& candidates) {
+                                 const std::vector<std::string>& candidates, std::size_t size) {
   constexpr std::size_t longest = 200;
   if (name.size() > longest) return {};
-  const std::size_t bound = 2 * std::max<std::size_t>(1, name.size() / 3);
+  const std::size_t bound = std::max<std::size_t>(1, std::min(size, name.size()) / 3);
   std::vector<std::pair<std::size_t, std::string>> near;
   for (const std::string& candidate : candidates) {
     if (candidate.size() > longest) continue;

@@ -29,6 +29,9 @@ struct Character {
 // As many columns as text takes, with one for each character.
 std::size_t width(const std::string& text);
 
+// As the XML library counts columns.
+std::size_t utf16Units(const std::string& text);
+
 // The selector path extended by name, which occurs count times.
 std::string joined(const std::string& path, const std::string& name, std::uint32_t index,
                    std::uint32_t count);
@@ -37,8 +40,10 @@ std::string joined(const std::string& path, const std::string& name, std::uint32
 std::string counted(std::uint64_t count, const std::string& noun);
 
 // Those of the candidates that name may be a misspelling of, the nearest first, three at most.
+// size: how many of the characters count for that; all of them unless it is given.
 std::vector<std::string> nearest(const std::string& name,
-                                 const std::vector<std::string>& candidates);
+                                 const std::vector<std::string>& candidates,
+                                 std::size_t size = std::string::npos);
 
 // "; did you mean "a" or "b"?", or nothing.
 std::string didYouMean(const std::vector<std::string>& names);

@@ -33,9 +33,10 @@ def read_times(path):
             continue
         if run.get("error_occurred"):
             raise SystemExit(f"{run['name']}: {run['error_message']}")
-        figure, who, *clock = run["run_name"].split("/")
+        figure, who, *how = run["run_name"].split("/")
         scale = {"ns": 1, "us": 1e3, "ms": 1e6, "s": 1e9}[run["time_unit"]]
-        time = run["real_time" if "real_time" in clock else "cpu_time"] * scale
+        is_cpu_time = not {"real_time", "manual_time"}.intersection(how)
+        time = run["cpu_time" if is_cpu_time else "real_time"] * scale
         time /= run.get("units", 1)
         results = figures.setdefault(figure, {})
         results[who] = ("ns", min(time, results.get(who, ("", time))[1]))

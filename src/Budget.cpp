@@ -1,9 +1,8 @@
 #include "Budget.hpp"
 
 #include <algorithm>
-#include <cstddef>
-#include <cstring>
 #include <limits>
+#include <new>
 #include <xercesc/internal/XMLReader.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
@@ -36,10 +35,6 @@ constexpr unsigned int maximumOpenReaders = 150;
 // What may still be asked for to clean up and report.
 constexpr std::uint64_t graceBytes = 8U << 20;
 
-// Each block starts with its size; what follows is aligned for any type.
-constexpr std::size_t headerSize = alignof(std::max_align_t);
-static_assert(headerSize >= sizeof(XMLSize_t));
-
 // The XML library adds a header of its own to each object. Nothing else is about this large.
 bool isReader(XMLSize_t size) {
   return size >= sizeof(xercesc::XMLReader) && size < sizeof(xercesc::XMLReader) + 64;
@@ -50,28 +45,33 @@ bool isReader(XMLSize_t size) {
 Budget::Budget(const std::string& fileName)
     : fileName(fileName), heldAllowed(initialBytes), expandedAllowed(initialExpanded) {}
 
+Budget::~Budget() {
+  while (blocks.next != &blocks) deallocate(blocks.next + 1);
+}
+
 void* Budget::allocate(XMLSize_t size) {
-  if (size > std::numeric_limits<XMLSize_t>::max() - headerSize) refuse("out of memory");
+  if (size > std::numeric_limits<XMLSize_t>::max() - sizeof(Header)) refuse("out of memory");
   if (held + size > heldAllowed) refuse(tooLarge);
   if (isReader(size)) openReader();
-  char* block = nullptr;
+  void* memory = nullptr;
   try {
-    block = static_cast<char*>(XMLPlatformUtils::fgMemoryManager->allocate(size + headerSize));
+    memory = XMLPlatformUtils::fgMemoryManager->allocate(size + sizeof(Header));
   } catch (const xercesc::OutOfMemoryException&) {
     refuse("out of memory");
   }
-  std::memcpy(block, &size, sizeof size);
+  auto* block = new (memory) Header{&blocks, blocks.next, size};
+  block->previous->next = block->next->previous = block;
   held += size;
-  return block + headerSize;
+  return block + 1;
 }
 
 void Budget::deallocate(void* memory) {
   if (memory == nullptr) return;
-  auto* block = static_cast<char*>(memory) - headerSize;
-  XMLSize_t size = 0;
-  std::memcpy(&size, block, sizeof size);
-  held -= size;
-  if (isReader(size)) --openReaders;
+  Header* block = static_cast<Header*>(memory) - 1;
+  block->previous->next = block->next;
+  block->next->previous = block->previous;
+  held -= block->size;
+  if (isReader(block->size)) --openReaders;
   XMLPlatformUtils::fgMemoryManager->deallocate(block);
 }
 

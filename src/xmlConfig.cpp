@@ -72,7 +72,7 @@ constexpr std::uint32_t infoLevel = CU_INFO;
 
 // What must be left of the stack, in bytes, to go into a section and to parse a file, with room to
 // report a failure there; and how much a load uses before that is looked at.
-constexpr std::size_t sectionStack = 32UL * 1024;
+constexpr std::size_t sectionStack = 64UL * 1024;
 constexpr std::size_t includeStack = 96UL * 1024;
 constexpr std::size_t uncheckedStack = 32UL * 1024;
 

@@ -41,6 +41,22 @@ class Directory {
   fs::path path;
 };
 
+// Makes the stack small while it lives: a load looks at the limit, and circles end soon.
+class SmallStack {
+ public:
+  SmallStack() {
+    getrlimit(RLIMIT_STACK, &before);
+    const struct rlimit small = {stackSize, before.rlim_max};
+    setrlimit(RLIMIT_STACK, &small);
+  }
+  ~SmallStack() { setrlimit(RLIMIT_STACK, &before); }
+  SmallStack(const SmallStack&) = delete;
+  SmallStack& operator=(const SmallStack&) = delete;
+
+ private:
+  struct rlimit before = {};
+};
+
 // Writes the content of a configuration, and looks every value up again by its selector.
 class Writer : public config::Visitor {
  public:
@@ -78,11 +94,6 @@ fs::path prepareLoads() {
   static const config::xml::Session session;
   require(std::setlocale(LC_ALL, "C.UTF-8") != nullptr, "no locale for UTF-8");
 
-  struct rlimit limit = {};
-  getrlimit(RLIMIT_STACK, &limit);
-  limit.rlim_cur = stackSize;
-  setrlimit(RLIMIT_STACK, &limit);
-
   cu_SearchPath_clear(getConfigLocator());
   ConfigLocator::prepend(directory.path);
   return directory.path;
@@ -96,6 +107,7 @@ void write(const fs::path& file, const std::string& content) {
 
 Outcome load(const std::string& file, bool validate) {
   const std::vector<std::string> searchPath = ConfigLocator::getEntries();
+  const SmallStack smallStack;
   Outcome outcome;
   try {
     const config::IConfigPtr loaded = config::xml::create(file, {}, validate);

@@ -25,8 +25,7 @@ inline void require(bool holds, const std::string& finding) {
 }
 
 // To be called once, before the first load. Makes an empty directory that goes with the process and
-// the only entry of the search path, keeps the XML library initialised, and makes the stack small,
-// so that files that include themselves come to an end soon.
+// the only entry of the search path, and keeps the XML library initialised.
 std::filesystem::path prepareLoads();
 
 void write(const std::filesystem::path& file, const std::string& content);

@@ -43,12 +43,13 @@ void define(CLI::App& app, Chosen& chosen) {
   app.footer(
       "Exit codes: 0 fine, 1 not found, different or errors found, 2 wrong usage or malformed\n"
       "selector, 3 a file cannot be loaded. zuconfig(1) tells the rest.");
-  app.set_version_flag("--version", "zuconfig " ZUCONFIG_VERSION);
+  app.set_version_flag("--version", "zuconfig " ZUCONFIG_VERSION, "Print the version and exit");
   app.require_subcommand(1);
   for (const auto add : {addGet, addList, addExplain, addTree, addDump, addCheck, addDiff,
                          addIncludes, addPath, addSchema, addErrors}) {
     add(app, chosen);
   }
+  app.set_help_all_flag("--help-all", "Print the help of all sub-commands and exit");
 }
 
 // What is wrong with the command line, in the words of this command.

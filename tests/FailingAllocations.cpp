@@ -5,14 +5,18 @@
 
 namespace {
 
-constexpr int kUnlimited = -1;
-thread_local int allowedAllocations = kUnlimited;
+thread_local int allowed = FailingAllocations::kAll;
+thread_local int failing = 0;
 
 }  // namespace
 
 void* operator new(std::size_t size) {
-  if (allowedAllocations == 0) throw std::bad_alloc();
-  if (allowedAllocations > 0) --allowedAllocations;
+  if (allowed > 0) {
+    --allowed;
+  } else if (failing > 0) {
+    --failing;
+    throw std::bad_alloc();
+  }
   void* memory = std::malloc(size == 0 ? 1 : size);
   if (memory == nullptr) throw std::bad_alloc();
   return memory;
@@ -25,9 +29,13 @@ void operator delete(void* memory, std::size_t) noexcept {
   std::free(memory);
 }
 
-FailingAllocations::FailingAllocations(int allowed) {
-  allowedAllocations = allowed;
+FailingAllocations::FailingAllocations(int allowed, int failing) {
+  ::allowed = allowed;
+  ::failing = failing;
 }
 FailingAllocations::~FailingAllocations() {
-  allowedAllocations = kUnlimited;
+  ::failing = 0;
+}
+int FailingAllocations::getAllowed() {
+  return ::allowed;
 }

@@ -3,13 +3,20 @@
 #ifndef TESTS_FAILINGALLOCATIONS_HPP
 #define TESTS_FAILINGALLOCATIONS_HPP
 
-// While it lives, allocations of C++ on this thread fail, all but the first few.
+#include <limits>
+
+// While it lives, allocations of C++ on this thread succeed at first, and then fail.
 class FailingAllocations {
  public:
-  explicit FailingAllocations(int allowed = 0);
+  static constexpr int kAll = std::numeric_limits<int>::max();
+
+  explicit FailingAllocations(int allowed = 0, int failing = kAll);
   ~FailingAllocations();
   FailingAllocations(const FailingAllocations&) = delete;
   FailingAllocations& operator=(const FailingAllocations&) = delete;
+
+  // How many are still to succeed; none as soon as one has failed.
+  static int getAllowed();
 };
 
 #endif

@@ -7,9 +7,6 @@
 #include <fstream>
 #include <iterator>
 #include <memory>
-#include <unordered_set>
-#include <xercesc/framework/MemoryManager.hpp>
-#include <xercesc/util/OutOfMemoryException.hpp>
 
 #include "LoaderState.hpp"
 #include "cppUtil/err/Exception.hpp"
@@ -139,50 +136,6 @@ TEST(CreateTest, TheClassBehindItDoesNotTranslateFailedParses) {
                                          "tag 'section'\n");
   }
   EXPECT_FALSE(isXmlLibraryInitialised());
-}
-
-// Refuses one allocation, as the XML library's own memory manager does when there is no memory. The
-// library leaks then; those blocks go with this object.
-class FailingMemory : public xercesc::MemoryManager {
- public:
-  ~FailingMemory() override {
-    for (void* block : blocks) ::operator delete(block);
-  }
-  xercesc::MemoryManager* getExceptionMemoryManager() override { return this; }
-  void* allocate(XMLSize_t size) override {
-    if (countdown > 0 && --countdown == 0) throw xercesc::OutOfMemoryException();
-    return *blocks.insert(::operator new(size)).first;
-  }
-  void deallocate(void* block) override {
-    blocks.erase(block);
-    ::operator delete(block);
-  }
-
-  unsigned int countdown = 0;
-
- private:
-  std::unordered_set<void*> blocks;
-};
-
-// Every seventh allocation of a load fails once, so that the XML library throws wherever it can.
-// Not validated: the library's own schema code does not survive that.
-TEST(CreateTest, SurvivesAnXmlLibraryWithoutMemory) {
-  unsigned int failures = 0;
-  for (unsigned int allocation = 1; failures == allocation / 7; allocation += 7) {
-    FailingMemory memory;
-    XMLPlatformUtils::Initialize("en_US", nullptr, nullptr, &memory);
-    memory.countdown = allocation;
-    const std::uint32_t code = load("include-in-section", false);
-    if (memory.countdown == 0) {
-      EXPECT_TRUE(code == 6 || code == 7) << code;
-      ++failures;
-    }
-    memory.countdown = 0;
-    EXPECT_EQ(load("include-in-section", false), 0u) << allocation;
-    XMLPlatformUtils::Terminate();
-    EXPECT_FALSE(isXmlLibraryInitialised());
-  }
-  EXPECT_GT(failures, 10u);
 }
 
 TEST(GrammarTest, IsTheFileByteForByte) {

@@ -39,25 +39,26 @@ struct Received {
 }  // namespace
 
 TEST(Logger, WritesWhatPassesTheThreshold) {
-  const char* const kDefault = "fatal: text\nerror: text\nwarning: text\n";
-  const char* const kAll = "fatal: text\nerror: text\nwarning: text\ninfo: text\ndebug: text\n";
+  const char* const defaultOutput = "fatal: text\nerror: text\nwarning: text\n";
+  const char* const allLevels =
+      "fatal: text\nerror: text\nwarning: text\ninfo: text\ndebug: text\n";
   const struct {
     const char* name;
     const char* environment;
     int threshold;  // -1: no call
     const char* expected;
   } rows[] = {
-      {"default", nullptr, -1, kDefault},
+      {"default", nullptr, -1, defaultOutput},
       {"environment, lowest", "0", -1, "fatal: text\n"},
-      {"environment, highest", "4", -1, kAll},
-      {"environment, too high", "5", -1, kDefault},
-      {"environment, negative", "-1", -1, kDefault},
-      {"environment, empty", "", -1, kDefault},
-      {"environment, no number", "debug", -1, kDefault},
-      {"environment, more than a number", "4x", -1, kDefault},
+      {"environment, highest", "4", -1, allLevels},
+      {"environment, too high", "5", -1, defaultOutput},
+      {"environment, negative", "-1", -1, defaultOutput},
+      {"environment, empty", "", -1, defaultOutput},
+      {"environment, no number", "debug", -1, defaultOutput},
+      {"environment, more than a number", "4x", -1, defaultOutput},
       {"call", nullptr, 0, "fatal: text\n"},
-      {"call instead of the environment", "0", 4, kAll},
-      {"call with a bad level", nullptr, 5, kDefault},
+      {"call instead of the environment", "0", 4, allLevels},
+      {"call with a bad level", nullptr, 5, defaultOutput},
   };
   for (const auto& row : rows) {
     const Outcome outcome = inChild([&] {
@@ -125,10 +126,10 @@ TEST(Logger, WaitsForTheCallbackThatItReplaces) {
 
 // Longer than a pipe takes at once, so that a line that is not guarded is torn.
 TEST(Logger, WritesWholeLinesFromTwoThreads) {
-  constexpr int kCount = 20;
+  constexpr int levelCount = 20;
   const Outcome outcome = inChild([] {
     const auto logMany = [](char letter) {
-      for (int i = 0; i < kCount; ++i) log(CU_FATAL, std::string(100000, letter));
+      for (int i = 0; i < levelCount; ++i) log(CU_FATAL, std::string(100000, letter));
     };
     std::thread other(logMany, 'b');
     logMany('a');
@@ -142,8 +143,8 @@ TEST(Logger, WritesWholeLinesFromTwoThreads) {
     if (line == "fatal: " + std::string(100000, 'a')) ++count[0];
     if (line == "fatal: " + std::string(100000, 'b')) ++count[1];
   }
-  EXPECT_EQ(count[0], kCount);
-  EXPECT_EQ(count[1], kCount);
+  EXPECT_EQ(count[0], levelCount);
+  EXPECT_EQ(count[1], levelCount);
 }
 
 // A signal that arrives while the pipe is full ends a write early, or before it has begun.

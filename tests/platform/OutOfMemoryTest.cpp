@@ -7,11 +7,11 @@
 namespace {
 
 // Too long for a string that keeps its text inside itself.
-const std::string kDirectory = "/a/directory/with/a/name/that/needs/memory";
+const std::string longDirectory = "/a/directory/with/a/name/that/needs/memory";
 
 std::uint32_t prependWithoutMemory(cu_SearchPath* path) {
   const FailingAllocations fail;
-  return cu_SearchPath_prepend(path, kDirectory.c_str());
+  return cu_SearchPath_prepend(path, longDirectory.c_str());
 }
 
 }  // namespace
@@ -22,7 +22,7 @@ TEST(OutOfMemory, IsReportedAndLeavesEverythingAsItWas) {
   const std::string name = std::string(40, 'n');
   temp.addFile(name);
   const std::string fileName = temp.path() / name;
-  const std::vector<std::string> directories = {kDirectory, temp.path()};
+  const std::vector<std::string> directories = {longDirectory, temp.path()};
 
   using Call = std::uint32_t (*)(cu_SearchPath*, cu_String*, bool*, cu_String**,
                                  const std::string& fileName);
@@ -87,13 +87,16 @@ TEST(OutOfMemory, LeavesPairsOfPrependAndRemoveBalanced) {
     const char* steps;
     std::vector<bool> expected;
   } rows[] = {
-      {"the user's own entry survives", {kDirectory}, "!-", {false}},
-      {"the user's own entry behind others survives", {"/b", kDirectory}, "!-", {false}},
-      {"the first of two equal entries survives", {kDirectory, "/b", kDirectory}, "!-", {false}},
+      {"the user's own entry survives", {longDirectory}, "!-", {false}},
+      {"the user's own entry behind others survives", {"/b", longDirectory}, "!-", {false}},
+      {"the first of two equal entries survives",
+       {longDirectory, "/b", longDirectory},
+       "!-",
+       {false}},
       {"no such entry", {"/b"}, "!-", {false}},
-      {"inner pair failed", {kDirectory}, "+!--", {false, true}},
-      {"outer pair failed", {kDirectory}, "!+--", {true, false}},
-      {"both failed", {kDirectory}, "!!--", {false, false}},
+      {"inner pair failed", {longDirectory}, "+!--", {false, true}},
+      {"outer pair failed", {longDirectory}, "!+--", {true, false}},
+      {"both failed", {longDirectory}, "!!--", {false, false}},
       {"failed pair between", {}, "+!-+--", {false, true, true}},
   };
   for (const auto& row : rows) {
@@ -101,11 +104,11 @@ TEST(OutOfMemory, LeavesPairsOfPrependAndRemoveBalanced) {
     std::vector<bool> answers;
     for (const char* step = row.steps; *step != '\0'; ++step) {
       if (*step == '+') {
-        EXPECT_EQ(cu_SearchPath_prepend(path, kDirectory.c_str()), 0u);
+        EXPECT_EQ(cu_SearchPath_prepend(path, longDirectory.c_str()), 0u);
       } else if (*step == '!') {
         EXPECT_EQ(prependWithoutMemory(path), CU_OUT_OF_MEMORY);
       } else {
-        answers.push_back(path.remove(kDirectory));
+        answers.push_back(path.remove(longDirectory));
       }
     }
     EXPECT_EQ(answers, row.expected) << row.name;

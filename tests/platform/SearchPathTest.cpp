@@ -15,12 +15,12 @@ namespace {
 class WorkingDirectory {
  public:
   explicit WorkingDirectory(const fs::path& directory) { fs::current_path(directory); }
-  ~WorkingDirectory() { fs::current_path(previous_); }
+  ~WorkingDirectory() { fs::current_path(previous); }
   WorkingDirectory(const WorkingDirectory&) = delete;
   WorkingDirectory& operator=(const WorkingDirectory&) = delete;
 
  private:
-  fs::path previous_ = fs::current_path();
+  fs::path previous = fs::current_path();
 };
 
 // Puts root in the place of a leading "@".

@@ -10,20 +10,20 @@
 namespace fs = std::filesystem;
 
 Text::Text(const char* value) {
-  EXPECT_EQ(cu_String_new(&handle_, 0), 0u);
-  EXPECT_EQ(cu_String_set(handle_, value), 0u);
+  EXPECT_EQ(cu_String_new(&handle, 0), 0u);
+  EXPECT_EQ(cu_String_set(handle, value), 0u);
 }
 
 Path::Path(const std::vector<std::string>& directories) {
-  EXPECT_EQ(cu_SearchPath_new(&handle_), 0u);
+  EXPECT_EQ(cu_SearchPath_new(&handle), 0u);
   for (const std::string& directory : directories) {
-    EXPECT_EQ(cu_SearchPath_append(handle_, directory.c_str()), 0u);
+    EXPECT_EQ(cu_SearchPath_append(handle, directory.c_str()), 0u);
   }
 }
 
 bool Path::remove(const std::string& directory) {
   bool removed = false;
-  EXPECT_EQ(cu_SearchPath_remove(handle_, directory.c_str(), &removed), 0u);
+  EXPECT_EQ(cu_SearchPath_remove(handle, directory.c_str(), &removed), 0u);
   return removed;
 }
 
@@ -42,17 +42,17 @@ std::vector<std::string> directoriesOf(cu_SearchPath* path) {
 TempDir::TempDir() {
   std::string name = fs::canonical(fs::temp_directory_path()) / "platformTestXXXXXX";
   if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("mkdtemp " + name);
-  path_ = name;
-  fs::permissions(path_, fs::perms(0755));
+  root = name;
+  fs::permissions(root, fs::perms(0755));
 }
 
 TempDir::~TempDir() {
-  fs::remove_all(path_);
+  fs::remove_all(root);
 }
 
 void TempDir::addFile(const std::string& name) const {
-  fs::create_directories((path_ / name).parent_path());
-  std::ofstream(path_ / name) << "x";
+  fs::create_directories((root / name).parent_path());
+  std::ofstream(root / name) << "x";
 }
 
 Outcome inChild(const std::function<bool()>& body) {

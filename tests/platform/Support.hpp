@@ -12,28 +12,28 @@
 class Text {
  public:
   explicit Text(const char* value = "");
-  ~Text() { cu_String_delete(&handle_); }
+  ~Text() { cu_String_delete(&handle); }
   Text(const Text&) = delete;
   Text& operator=(const Text&) = delete;
-  operator cu_String*() const { return handle_; }
-  std::string str() const { return cu_String_get(handle_); }
+  operator cu_String*() const { return handle; }
+  std::string str() const { return cu_String_get(handle); }
 
  private:
-  cu_String* handle_ = nullptr;
+  cu_String* handle = nullptr;
 };
 
 class Path {
  public:
   explicit Path(const std::vector<std::string>& directories = {});
-  ~Path() { cu_SearchPath_delete(&handle_); }
+  ~Path() { cu_SearchPath_delete(&handle); }
   Path(const Path&) = delete;
   Path& operator=(const Path&) = delete;
-  operator cu_SearchPath*() const { return handle_; }
+  operator cu_SearchPath*() const { return handle; }
   // As cu_SearchPath_remove answers.
   bool remove(const std::string& directory);
 
  private:
-  cu_SearchPath* handle_ = nullptr;
+  cu_SearchPath* handle = nullptr;
 };
 
 std::vector<std::string> directoriesOf(cu_SearchPath* path);
@@ -45,12 +45,12 @@ class TempDir {
   ~TempDir();
   TempDir(const TempDir&) = delete;
   TempDir& operator=(const TempDir&) = delete;
-  const std::filesystem::path& path() const { return path_; }
+  const std::filesystem::path& path() const { return root; }
   // Writes a small regular file, making the directories that lead to it.
   void addFile(const std::string& name) const;
 
  private:
-  std::filesystem::path path_;
+  std::filesystem::path root;
 };
 
 struct Outcome {

@@ -11,13 +11,13 @@
 
 namespace cutil {
 
-inline constexpr std::uint32_t kSuccess = CU_OK;
+inline constexpr std::uint32_t success = CU_OK;
 
 class Call {
  public:
   // file: the unit as the record names it ("platform/cutil/String"); function: the entry point.
   // Both must be static texts.
-  Call(const char* file, const char* function) : file_(file), function_(function) {}
+  Call(const char* file, const char* function) : file(file), function(function) {}
 
   // Fills the record and returns code. A description beyond the record's size is cut.
   std::uint32_t fail(cu_GenericCode code, const char* description, int systemError = 0,
@@ -29,8 +29,8 @@ class Call {
   std::uint32_t failWithCurrentException(int line) const noexcept;
 
  private:
-  const char* file_;
-  const char* function_;
+  const char* file;
+  const char* function;
 };
 
 template <class Body>

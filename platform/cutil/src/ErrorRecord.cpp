@@ -26,8 +26,8 @@ std::uint32_t Call::fail(cu_GenericCode code, const char* description, int syste
                          int line) const noexcept {
   record.systemErrorCode = systemError;
   record.line = line;
-  record.file = file_;
-  record.function = function_;
+  record.file = file;
+  record.function = function;
   std::snprintf(record.description, sizeof record.description, "%s", description);
   return code;
 }

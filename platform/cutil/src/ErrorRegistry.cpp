@@ -10,13 +10,13 @@ namespace {
 using cutil::Call;
 using cutil::guarded;
 
-constexpr const char* kFile = "platform/cutil/ErrorRegistry";
-constexpr std::uint32_t kLocalBits = 24;
-constexpr std::uint32_t kModuleCount = 256;
+constexpr const char* unit = "platform/cutil/ErrorRegistry";
+constexpr std::uint32_t onlyLocalBits = 24;
+constexpr std::uint32_t moduleCount = 256;
 
-constexpr const char* kUnknownName = "UNKNOWN_ERROR_CODE";
-constexpr const char* kUnknownDescription = "Unknown error code!";
-constexpr const char* kUnknownModule = "unknown module";
+constexpr const char* unknownName = "UNKNOWN_ERROR_CODE";
+constexpr const char* unknownDescription = "Unknown error code!";
+constexpr const char* unknownModule = "unknown module";
 
 struct GenericText {
   const char* name;
@@ -24,7 +24,7 @@ struct GenericText {
 };
 
 // In the order of enum cu_GenericCode.
-constexpr GenericText kGenericTexts[] = {
+constexpr GenericText genericTexts[] = {
     {"OK", "No error."},
     {"MISSING_ARGUMENT", "An argument is missing or empty!"},
     {"OUT_OF_MEMORY", "Out of memory!"},
@@ -36,20 +36,20 @@ constexpr GenericText kGenericTexts[] = {
 };
 
 const char* genericName(std::uint32_t code) {
-  return code < std::size(kGenericTexts) ? kGenericTexts[code].name : kUnknownName;
+  return code < std::size(genericTexts) ? genericTexts[code].name : unknownName;
 }
 
 const char* genericDescription(std::uint32_t code) {
-  return code < std::size(kGenericTexts) ? kGenericTexts[code].description : kUnknownDescription;
+  return code < std::size(genericTexts) ? genericTexts[code].description : unknownDescription;
 }
 
 std::mutex mutex;
 // Guarded by mutex.
-std::array<cu_Resolver, kModuleCount> resolvers = {{{"cutil", genericName, genericDescription}}};
+std::array<cu_Resolver, moduleCount> resolvers = {{{"cutil", genericName, genericDescription}}};
 
 cu_Resolver resolverOf(std::uint32_t code) noexcept {
   const std::lock_guard lock(mutex);
-  return resolvers[code >> kLocalBits];
+  return resolvers[code >> onlyLocalBits];
 }
 
 // The resolver's function is called outside the lock, so that it may use the registry itself. One
@@ -68,29 +68,29 @@ const char* lookUp(std::uint32_t code, cu_ErrorText cu_Resolver::*function,
 }  // namespace
 
 uint32_t cu_SetResolver(uint32_t module, cu_Resolver resolver, uint32_t localBits) {
-  const Call call(kFile, __func__);
+  const Call call(unit, __func__);
   return guarded(call, [&] {
-    if (module == 0 || module >= kModuleCount) return call.invalid("module", module, "1 to 255");
-    if (localBits != kLocalBits) return call.invalid("localBits", localBits, "24");
+    if (module == 0 || module >= moduleCount) return call.invalid("module", module, "1 to 255");
+    if (localBits != onlyLocalBits) return call.invalid("localBits", localBits, "24");
     if (resolver.moduleName == nullptr) return call.missing("resolver.moduleName");
     if (resolver.getName == nullptr) return call.missing("resolver.getName");
     if (resolver.getDescription == nullptr) return call.missing("resolver.getDescription");
 
     const std::lock_guard lock(mutex);
     resolvers[module] = resolver;
-    return cutil::kSuccess;
+    return cutil::success;
   });
 }
 
 const char* cu_GetErrorName(uint32_t code) {
-  return lookUp(code, &cu_Resolver::getName, kUnknownName);
+  return lookUp(code, &cu_Resolver::getName, unknownName);
 }
 
 const char* cu_GetErrorDescription(uint32_t code) {
-  return lookUp(code, &cu_Resolver::getDescription, kUnknownDescription);
+  return lookUp(code, &cu_Resolver::getDescription, unknownDescription);
 }
 
 const char* cu_GetErrorModule(uint32_t code) {
   const char* name = resolverOf(code).moduleName;
-  return name == nullptr ? kUnknownModule : name;
+  return name == nullptr ? unknownModule : name;
 }

@@ -12,6 +12,6 @@ uint32_t cu_Filename_getPath(const char* fileName, cu_String* path) {
     if (path == nullptr) return call.missing("path");
     std::string scratch = fileName;  // dirname writes into its argument
     path->value = ::dirname(scratch.data());
-    return cutil::kSuccess;
+    return cutil::success;
   });
 }

@@ -15,13 +15,13 @@ namespace {
 using cutil::Call;
 using cutil::guarded;
 
-constexpr const char* kFile = "platform/cutil/Logger";
-constexpr const char* kLevels = "0 to 4";
-constexpr const char* kLevelNames[] = {"fatal", "error", "warning", "info", "debug"};
-constexpr std::uint32_t kUnset = ~0U;
+constexpr const char* unit = "platform/cutil/Logger";
+constexpr const char* validLevels = "0 to 4";
+constexpr const char* levelNames[] = {"fatal", "error", "warning", "info", "debug"};
+constexpr std::uint32_t unset = ~0U;
 
 // Constant-initialised: static initialisers of other libraries may log.
-std::atomic<std::uint32_t> threshold{kUnset};
+std::atomic<std::uint32_t> threshold{unset};
 std::mutex mutex;
 // Guarded by mutex, which is also held while a message is put out.
 cu_LogCallback installedCallback = nullptr;
@@ -37,7 +37,7 @@ std::uint32_t thresholdFromEnvironment() noexcept {
 
 std::uint32_t currentThreshold() noexcept {
   std::uint32_t value = threshold.load();
-  if (value != kUnset) return value;
+  if (value != unset) return value;
   const std::uint32_t initial = thresholdFromEnvironment();
   // A threshold that another thread has set meanwhile stays.
   return threshold.compare_exchange_strong(value, initial) ? initial : value;
@@ -80,7 +80,7 @@ void putOut(std::uint32_t level, const char* message) {
     installedCallback(level, message, installedUserData);
     return;
   }
-  std::string line = kLevelNames[level];
+  std::string line = levelNames[level];
   line += ": ";
   line += message;
   line += '\n';
@@ -91,22 +91,22 @@ void putOut(std::uint32_t level, const char* message) {
 
 uint32_t cu_Logger_log(uint32_t level, const char* message) {
   const int callersErrno = errno;
-  const Call call(kFile, __func__);
+  const Call call(unit, __func__);
   const std::uint32_t code = guarded(call, [&] {
-    if (level > CU_DEBUG) return call.invalid("level", level, kLevels);
+    if (level > CU_DEBUG) return call.invalid("level", level, validLevels);
     if (message == nullptr) return call.missing("message");
     if (level <= currentThreshold()) putOut(level, message);
-    return cutil::kSuccess;
+    return cutil::success;
   });
   errno = callersErrno;
   return code;
 }
 
 uint32_t cu_Logger_setThreshold(uint32_t level) {
-  const Call call(kFile, __func__);
-  if (level > CU_DEBUG) return call.invalid("level", level, kLevels);
+  const Call call(unit, __func__);
+  if (level > CU_DEBUG) return call.invalid("level", level, validLevels);
   threshold = level;
-  return cutil::kSuccess;
+  return cutil::success;
 }
 
 uint32_t cu_Logger_getThreshold() {
@@ -114,10 +114,10 @@ uint32_t cu_Logger_getThreshold() {
 }
 
 uint32_t cu_Logger_setCallback(cu_LogCallback callback, void* userData) {
-  return guarded(Call(kFile, __func__), [&] {
+  return guarded(Call(unit, __func__), [&] {
     const std::lock_guard lock(mutex);
     installedCallback = callback;
     installedUserData = userData;
-    return cutil::kSuccess;
+    return cutil::success;
   });
 }

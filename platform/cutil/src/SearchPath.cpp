@@ -20,7 +20,7 @@ namespace {
 using cutil::Call;
 using cutil::guarded;
 
-constexpr const char* kFile = "platform/cutil/SearchPath";
+constexpr const char* unit = "platform/cutil/SearchPath";
 
 struct Entry {
   std::string directory;
@@ -83,27 +83,27 @@ struct cu_SearchPath {
 };
 
 uint32_t cu_SearchPath_new(cu_SearchPath** path) {
-  const Call call(kFile, __func__);
+  const Call call(unit, __func__);
   return guarded(call, [&] {
     if (path == nullptr) return call.missing("path");
     *path = new cu_SearchPath;
-    return cutil::kSuccess;
+    return cutil::success;
   });
 }
 
 uint32_t cu_SearchPath_delete(cu_SearchPath** path) {
-  const Call call(kFile, __func__);
+  const Call call(unit, __func__);
   return guarded(call, [&] {
     if (path == nullptr) return call.missing("path");
     if (*path == nullptr) return call.missing("*path");
     delete *path;
     *path = nullptr;
-    return cutil::kSuccess;
+    return cutil::success;
   });
 }
 
 uint32_t cu_SearchPath_find(cu_SearchPath* path, const char* name, bool* found, cu_String* file) {
-  const Call call(kFile, __func__);
+  const Call call(unit, __func__);
   return guarded(call, [&] {
     if (path == nullptr) return call.missing("path");
     if (name == nullptr) return call.missing("name");
@@ -125,12 +125,12 @@ uint32_t cu_SearchPath_find(cu_SearchPath* path, const char* name, bool* found, 
     }
     if (match) file->value = std::move(*match);
     *found = match.has_value();
-    return cutil::kSuccess;
+    return cutil::success;
   });
 }
 
 uint32_t cu_SearchPath_prepend(cu_SearchPath* path, const char* directory) {
-  const Call call(kFile, __func__);
+  const Call call(unit, __func__);
   return guarded(call, [&] {
     if (path == nullptr) return call.missing("path");
     if (directory == nullptr) return call.missing("directory");
@@ -143,24 +143,24 @@ uint32_t cu_SearchPath_prepend(cu_SearchPath* path, const char* directory) {
       if (entry != path->entries.end()) ++entry->failedPrepends;
       throw;
     }
-    return cutil::kSuccess;
+    return cutil::success;
   });
 }
 
 uint32_t cu_SearchPath_append(cu_SearchPath* path, const char* directory) {
-  const Call call(kFile, __func__);
+  const Call call(unit, __func__);
   return guarded(call, [&] {
     if (path == nullptr) return call.missing("path");
     if (directory == nullptr) return call.missing("directory");
 
     const std::lock_guard lock(path->mutex);
     path->entries.push_back({directory, 0});
-    return cutil::kSuccess;
+    return cutil::success;
   });
 }
 
 uint32_t cu_SearchPath_remove(cu_SearchPath* path, const char* directory, bool* removed) {
-  const Call call(kFile, __func__);
+  const Call call(unit, __func__);
   return guarded(call, [&] {
     if (path == nullptr) return call.missing("path");
     if (directory == nullptr) return call.missing("directory");
@@ -174,39 +174,39 @@ uint32_t cu_SearchPath_remove(cu_SearchPath* path, const char* directory, bool* 
     } else if (entry != path->entries.end()) {
       --entry->failedPrepends;
     }
-    return cutil::kSuccess;
+    return cutil::success;
   });
 }
 
 uint32_t cu_SearchPath_clear(cu_SearchPath* path) {
-  const Call call(kFile, __func__);
+  const Call call(unit, __func__);
   return guarded(call, [&] {
     if (path == nullptr) return call.missing("path");
     const std::lock_guard lock(path->mutex);
     path->entries.clear();
-    return cutil::kSuccess;
+    return cutil::success;
   });
 }
 
 uint32_t cu_SearchPath_count(cu_SearchPath* path, size_t* count) {
-  const Call call(kFile, __func__);
+  const Call call(unit, __func__);
   return guarded(call, [&] {
     if (path == nullptr) return call.missing("path");
     if (count == nullptr) return call.missing("count");
     const std::lock_guard lock(path->mutex);
     *count = path->entries.size();
-    return cutil::kSuccess;
+    return cutil::success;
   });
 }
 
 uint32_t cu_SearchPath_get(cu_SearchPath* path, size_t index, cu_String* directory) {
-  const Call call(kFile, __func__);
+  const Call call(unit, __func__);
   return guarded(call, [&] {
     if (path == nullptr) return call.missing("path");
     if (directory == nullptr) return call.missing("directory");
     const std::lock_guard lock(path->mutex);
     if (index >= path->entries.size()) return call.invalid("index", index, "below the count");
     directory->value = path->entries[index].directory;
-    return cutil::kSuccess;
+    return cutil::success;
   });
 }

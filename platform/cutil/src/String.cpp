@@ -9,18 +9,18 @@ namespace {
 using cutil::Call;
 using cutil::guarded;
 
-constexpr const char* kFile = "platform/cutil/String";
+constexpr const char* unit = "platform/cutil/String";
 
 }  // namespace
 
 uint32_t cu_String_new(cu_String** text, size_t capacity) {
-  const Call call(kFile, __func__);
+  const Call call(unit, __func__);
   return guarded(call, [&] {
     if (text == nullptr) return call.missing("text");
     auto created = std::make_unique<cu_String>();
     created->value.reserve(capacity);
     *text = created.release();
-    return cutil::kSuccess;
+    return cutil::success;
   });
 }
 
@@ -29,22 +29,22 @@ const char* cu_String_get(const cu_String* text) {
 }
 
 uint32_t cu_String_set(cu_String* text, const char* value) {
-  const Call call(kFile, __func__);
+  const Call call(unit, __func__);
   return guarded(call, [&] {
     if (text == nullptr) return call.missing("text");
     if (value == nullptr) return call.missing("value");
     text->value = value;
-    return cutil::kSuccess;
+    return cutil::success;
   });
 }
 
 uint32_t cu_String_delete(cu_String** text) {
-  const Call call(kFile, __func__);
+  const Call call(unit, __func__);
   return guarded(call, [&] {
     if (text == nullptr) return call.missing("text");
     if (*text == nullptr) return call.missing("*text");
     delete *text;
     *text = nullptr;
-    return cutil::kSuccess;
+    return cutil::success;
   });
 }

@@ -9,7 +9,7 @@
 
 namespace {
 
-constexpr const char* kCurrentDirectory = "";
+constexpr const char* currentDirectory = "";
 
 struct DeleteSearchPath {
   void operator()(cu_SearchPath* path) const noexcept { cu_SearchPath_delete(&path); }
@@ -39,7 +39,7 @@ std::vector<std::string> initialDirectories() {
   xdg.insert(xdg.begin(),
              nonEmptyVariable("XDG_CONFIG_HOME", home.empty() ? "" : home + "/.config"));
 
-  std::vector<std::string> directories = {kCurrentDirectory};
+  std::vector<std::string> directories = {currentDirectory};
   for (std::string& directory : xdg) {
     if (directory[0] == '/') directories.push_back(std::move(directory));
   }

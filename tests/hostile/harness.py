@@ -33,7 +33,7 @@ class Row:
     validate: bool = False
     schemes: list = field(default_factory=list)
     arguments: list = field(default_factory=list)
-    file: object = "main.xml"  # what to load
+    file: object = "main.xml"  # what to load, or a function of the directory
     environment: dict = field(default_factory=dict)
     before: Optional[Callable] = None  # called in the process, with the directory
     seconds: int = 2
@@ -99,7 +99,7 @@ def matches(text, expected, directory):
     pattern = re.escape(expected)
     for placeholder, what in (("{DIR}", re.escape(str(directory))), ("{N}", "[0-9]+"),
                               ("{POINTER}", "0x[0-9a-f]+"),
-                              ("{STEPS}", "[ab./]+")):
+                              ("{STEPS}", "[ab./]+"), ("{SLASHES}", "/+")):
         pattern = pattern.replace(re.escape(placeholder), what)
     return re.fullmatch(pattern, text) is not None
 
@@ -124,8 +124,7 @@ def run(program, row, directory):
 
     environment = {**os.environ, "ZU_CONFIG_PATH": str(directory), "LC_ALL": "C.UTF-8",
                    **row.environment}
-    file = row.file.replace(b"{DIR}", os.fsencode(directory)) if isinstance(row.file, bytes) \
-        else row.file.replace("{DIR}", str(directory))
+    file = row.file(directory) if callable(row.file) else row.file
     try:
         process = subprocess.run([*program.command, *arguments, file], preexec_fn=prepare,
                                  env=environment, stdin=subprocess.DEVNULL,

@@ -36,11 +36,12 @@ struct Options {
   service::util::config::xml::SchemeList schemes;
   bool validate = false;
   std::size_t stackSize = 0;  // of a thread to load on; 0 for the main thread
-  std::string duringLoad;     // what happens to the file as it is logged or read
+  std::string event;          // what happens between the log entry about a file and reading it
+  std::string eventFile;      // that file, in the current directory
 };
 
 Options options;
-bool isReading = false;  // a file has been logged, and nothing of it was read so far
+bool isReading = false;  // that file has been logged, and nothing of it was read so far
 
 [[noreturn]] void stop(const char* reason) {
   std::fprintf(stderr, "%s: %s\n", reason, std::strerror(errno));
@@ -60,7 +61,8 @@ Options parseOptions(const std::vector<std::string>& arguments) {
     } else if (word == "--stack") {
       result.stackSize = std::stoul(next()) * 1024;
     } else if (word == "--during") {
-      result.duringLoad = next();
+      result.event = next();
+      result.eventFile = next();
     } else if (word == "--uid") {
       const auto id = static_cast<uid_t>(std::stoul(next()));
       if (setresuid(id, id, id) != 0) stop("setresuid");
@@ -72,13 +74,14 @@ Options parseOptions(const std::vector<std::string>& arguments) {
 }
 
 // Between the moment when a file was found and the one when it is opened.
-void onLog(std::uint32_t /*level*/, const char* /*message*/, void* /*context*/) {
-  const char* file = options.file.c_str();
+void onLog(std::uint32_t /*level*/, const char* message, void* /*context*/) {
+  const char* file = options.eventFile.c_str();
+  if (std::strstr(message, ("/" + options.eventFile + "'").c_str()) == nullptr) return;
   isReading = true;
-  if (options.duringLoad == "vanish" && unlink(file) != 0) stop("unlink");
-  if (options.duringLoad == "fifo" && (unlink(file) != 0 || mkfifo(file, 0600) != 0)) {
-    stop("mkfifo");
-  }
+  const bool isReplaced = options.event == "fifo" || options.event == "device";
+  if ((isReplaced || options.event == "vanish") && unlink(file) != 0) stop("unlink");
+  if (options.event == "fifo" && mkfifo(file, 0600) != 0) stop("mkfifo");
+  if (options.event == "device" && symlink("/dev/zero", file) != 0) stop("symlink");
 }
 
 void print(const Config& config) {
@@ -133,13 +136,14 @@ std::vector<std::string> searchPath() {
 }  // namespace
 
 // In the place of the system's own, for what happens to a file while it is being read.
-extern "C" ssize_t read(int file, void* buffer, size_t size) {
-  if (isReading && options.duringLoad == "read error") {
+extern "C" __attribute__((visibility("default"))) ssize_t read(int file, void* buffer,
+                                                               size_t size) {
+  if (isReading && options.event == "read error") {
     errno = EIO;
     return -1;
   }
   const ssize_t count = syscall(SYS_read, file, buffer, size);
-  if (isReading && options.duringLoad == "truncate" && truncate(options.file.c_str(), 0) != 0) {
+  if (isReading && options.event == "truncate" && truncate(options.eventFile.c_str(), 0) != 0) {
     stop("truncate");
   }
   isReading = false;

@@ -148,8 +148,9 @@ TEST_F(MemoryTest, EveryAllocationFailingOnce) {
     }
   }
   // A function that has been mended leaves the list.
-  if (ZU_STRIDE > 1) return;
-  EXPECT_EQ(faults, knownFaults);
+  if (ZU_STRIDE == 1) {
+    EXPECT_EQ(faults, knownFaults);
+  }
 }
 
 // As it happens to a process with a limit. Nothing crashes then.

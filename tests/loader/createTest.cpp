@@ -6,36 +6,18 @@
 
 #include <fstream>
 #include <iterator>
-#include <memory>
 
 #include "LoaderState.hpp"
-#include "cppUtil/err/Exception.hpp"
 #include "service/util/config/Select.hpp"
 #include "service/util/config/grammar/getGrammar.hpp"
-#include "service/util/config/xml/Session.hpp"
 #include "service/util/config/xml/internal/XmlConfigParser.hpp"
 #include "xerces/Exception.hpp"
 
 namespace {
 
-using cppUtil::err::Exception;
 using service::util::config::xml::create;
-using xercesc::XMLPlatformUtils;
 
 const std::string data = ZU_TEST_DATA_DIR "/";
-
-// Loads main.xml of a case; answers with the code of the failure, 0 when there is none.
-std::uint32_t load(const std::string& folder, bool validate) {
-  setSearchPath({data + folder});
-  std::uint32_t code = 0;
-  try {
-    EXPECT_NE(create("main.xml", {}, validate), nullptr);
-  } catch (const Exception& e) {
-    code = e.getCode();
-  }
-  EXPECT_EQ(getSearchPath(), std::vector<std::string>{data + folder});
-  return code;
-}
 
 class LogLines {
  public:
@@ -95,22 +77,6 @@ TEST(CreateTest, FailedLoadsLeaveNoTrace) {
     EXPECT_FALSE(isXmlLibraryInitialised());
     EXPECT_EQ(load("include-in-section", validate), 0u);
   }
-}
-
-TEST(CreateTest, LeavesTheInitialisationOfOthersAlone) {
-  XMLPlatformUtils::Initialize();
-  {
-    auto first = std::make_unique<service::util::config::xml::Session>();
-    const service::util::config::xml::Session second;
-    EXPECT_EQ(load("include-in-section", true), 0u);
-    first.reset();
-    EXPECT_EQ(load("malformed", true), 6u);
-  }
-  EXPECT_EQ(load("malformed", false), 6u);
-  EXPECT_EQ(load("include-in-section", true), 0u);
-  EXPECT_TRUE(isXmlLibraryInitialised());
-  XMLPlatformUtils::Terminate();
-  EXPECT_FALSE(isXmlLibraryInitialised());
 }
 
 TEST(CreateTest, ConfigurationOutlivesTheXmlLibrary) {

@@ -39,11 +39,12 @@ need_build_tools() {
   need_packages "${packages[@]}"
 }
 
-# Configures a preset in a directory, quietly unless that fails, and builds it.
+# Configures a preset in a directory, quietly unless that fails, and builds it, or those of its
+# targets that the variable targets names.
 build() {  # PRESET DIRECTORY CMAKE_OPTION...
   local preset=$1 directory=$2
   shift 2
   say "Building the preset $preset in $directory"
   cmake --preset "$preset" -B "$directory" "$@" >/dev/null
-  cmake --build "$directory" --parallel "$(nproc)"
+  cmake --build "$directory" --parallel "$(nproc)" --target ${targets:-all}
 }

@@ -11,7 +11,7 @@
 #include <unordered_set>
 #include <xercesc/framework/MemoryManager.hpp>
 
-#include "../loader/LoaderState.hpp"
+#include "../loader/load.hpp"
 #include "service/util/config/xml/Session.hpp"
 
 namespace {

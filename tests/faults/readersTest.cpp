@@ -5,6 +5,7 @@
 #include <thread>
 
 #include "../loader/LoaderState.hpp"
+#include "cppUtil/err/Exception.hpp"
 #include "service/util/config/Select.hpp"
 #include "service/util/config/visit.hpp"
 #include "service/util/config/xml/Origins.hpp"

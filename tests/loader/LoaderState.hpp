@@ -1,5 +1,4 @@
-// The process-wide state that a load changes while it runs, for tests that check it is put back,
-// and loads that check the search path.
+// The process-wide state that a load changes while it runs, for tests that check it is put back.
 #ifndef TESTS_LOADER_LOADERSTATE_HPP
 #define TESTS_LOADER_LOADERSTATE_HPP
 
@@ -10,9 +9,6 @@
 #include <string>
 #include <vector>
 #include <xercesc/util/PlatformUtils.hpp>
-
-#include "cppUtil/err/Exception.hpp"
-#include "service/util/config/xml/create.hpp"
 
 inline void setSearchPath(const std::vector<std::string>& directories) {
   ASSERT_EQ(cu_SearchPath_clear(getConfigLocator()), 0u);
@@ -38,20 +34,6 @@ inline std::vector<std::string> getSearchPath() {
 // The XML library forgets its memory manager with the last Terminate.
 inline bool isXmlLibraryInitialised() {
   return xercesc::XMLPlatformUtils::fgMemoryManager != nullptr;
-}
-
-// Loads main.xml of a case; answers with the code of the failure, 0 when there is none.
-inline std::uint32_t load(const std::string& folder, bool validate) {
-  const std::vector<std::string> path = {std::string(ZU_TEST_DATA_DIR "/") + folder};
-  setSearchPath(path);
-  std::uint32_t code = 0;
-  try {
-    EXPECT_NE(service::util::config::xml::create("main.xml", {}, validate), nullptr);
-  } catch (const cppUtil::err::Exception& e) {
-    code = e.getCode();
-  }
-  EXPECT_EQ(getSearchPath(), path);
-  return code;
 }
 
 #endif

@@ -7,7 +7,7 @@
 #include <fstream>
 #include <iterator>
 
-#include "LoaderState.hpp"
+#include "load.hpp"
 #include "service/util/config/Select.hpp"
 #include "service/util/config/grammar/getGrammar.hpp"
 #include "service/util/config/xml/internal/XmlConfigParser.hpp"

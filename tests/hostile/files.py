@@ -157,6 +157,26 @@ def changes():
                   expected("{DIR}/x.xml"), arguments=["--during", event, "x.xml"])
 
 
+def references():
+    """What a document, or the caller's scheme list, brings in besides the document."""
+    kinds = (("entity", '[<!ENTITY e SYSTEM "{0}">]', prop("&e;"), "external entity"),
+             ("document type", 'SYSTEM "{0}"', prop("x"), "DTD document"))
+
+    def beside_others(content):
+        return lambda d: (os.mkfifo(d / "fifo"), os.mkdir(d / "directory"), write(d, content))
+
+    for name, path in (("fifo", "{DIR}/fifo"), ("directory", "{DIR}/directory"),
+                       ("/dev/zero", "/dev/zero")):
+        for kind, reference, content, what in kinds:
+            document = config(content, prolog=f"<!DOCTYPE config {reference.format(name)}>")
+            yield Row(f"{name} as {kind}", beside_others(document), reported(
+                ("FATAL", "{DIR}/main.xml", 1, "{N}", f"unable to open {what} '{path}'")))
+        yield Row(f"{name} as schema", beside_others('<config xmlns="urn:s"/>'), reported(
+            ("WARNING", "", 0, 0, f"unable to open primary document entity '{path}'"),
+            ("ERROR", "{DIR}/main.xml", 1, "{N}", "no declaration found for element 'config'")),
+            validate=True, schemes=[("urn:s", name)])
+
+
 def rows(port):
     for label, name, make in found():
         yield from both(label, name, make, True)
@@ -166,3 +186,4 @@ def rows(port):
     yield from odd_names(port)
     yield from without_directory()
     yield from changes()
+    yield from references()

@@ -26,6 +26,7 @@ using Fault = LenientParser::Fault;
 const char* hintFor(unsigned int code) {
   switch (code) {
     case XMLErrs::ExpectedEntityRefName:
+    case XMLErrs::UnterminatedEntityRef:
       return ": an ampersand in a text is written &amp;";
     case XMLErrs::ExpectedElementName:
       return ": a less-than sign in a text is written &lt;";
@@ -34,7 +35,9 @@ const char* hintFor(unsigned int code) {
     case XMLErrs::ExpectedAttrValue:
       return ": it stands in straight quotes";
     case XMLErrs::ExpectedWhitespace:
-      return ": a quote may be missing before this place, or be one too many";
+      return ": before this place a quote or \">\" may be missing, or a quote be one too many";
+    case XMLErrs::ExpectedAttrName:
+      return ": before this place a blank or \">\" may be missing";
     case XMLErrs::ExpectedCommentOrPI:
       return ": a document has one root element and nothing after it";
     case XMLErrs::InvalidDocumentStructure:

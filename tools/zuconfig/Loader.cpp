@@ -171,17 +171,16 @@ IConfigPtr Loader::load(const std::string& file, Origins* origins) {
     return service::util::config::xml::create(resolved, schemes, validate, trace);
   } catch (const Exception& e) {
     if (e.getCode() == topLevelNotFound && trace.includes.empty()) {
-      throw Failure(NOT_LOADED,
-                    file + ": not found on the search path; \"zuconfig path\" shows it");
+      throw Failure(NOT_LOADED, notFound(file));
     }
     if (!trace.circle.empty()) {
-      throw Failure(NOT_LOADED, file + ": " + shown(trace.circle) +
+      throw Failure(NOT_LOADED, shownArgument(file) + ": " + shown(trace.circle) +
                                     " includes itself, directly or through other files; "
                                     "\"zuconfig check\" shows the circle");
     }
     std::ostringstream text;
-    text << (file == "-" ? standardInputName : file) << ": " << e.what() << " (0x" << std::hex
-         << e.getCode() << "): " << withoutLineBreakAtEnd(shownText(e.getMessage()))
+    text << shownArgument(file) << ": " << e.what() << " (0x" << std::hex << e.getCode()
+         << "): " << withoutLineBreakAtEnd(shownText(e.getMessage()))
          << includeChain(trace.includes);
     throw Failure(NOT_LOADED, text.str());
   }
@@ -189,7 +188,7 @@ IConfigPtr Loader::load(const std::string& file, Origins* origins) {
 
 std::string Loader::notFound(const std::string& file) const {
   return printable(file) + ": not found on the search path, which \"zuconfig path\" shows" +
-         didYouMean(nearFiles(file, ""));
+         hintForMissing(file, "");
 }
 
 std::string Loader::includeChain(const std::vector<Location>& includes) const {
@@ -200,12 +199,16 @@ std::string Loader::includeChain(const std::vector<Location>& includes) const {
   return text;
 }
 
-std::string Loader::shown(const std::string& path) const {
+std::string Loader::nameOf(const std::string& path) const {
   if (standardInput && path == standardInput->getPath()) return standardInputName;
   const std::string normal = normalised(path);
   if (normal + "/" == currentDirectory) return ".";
   const bool isBelow = currentDirectory.size() > 1 && startsWith(normal, currentDirectory.c_str());
   return isBelow ? normal.substr(currentDirectory.size()) : normal;
+}
+
+std::string Loader::shown(const std::string& path) const {
+  return printable(nameOf(path));
 }
 
 std::string Loader::shown(const Location& location) const {
@@ -227,6 +230,10 @@ std::string Loader::shownText(const std::string& text) const {
 
 std::string Loader::shortened(const std::string& text) const {
   return currentDirectory.size() > 1 ? replaced(text, currentDirectory, "") : text;
+}
+
+std::string shownArgument(const std::string& file) {
+  return file == "-" ? standardInputName : printable(file);
 }
 
 }  // namespace zuconfig

@@ -49,7 +49,9 @@ class Loader {
   // Why file is not there.
   std::string notFound(const std::string& file) const;
 
-  // A file for the eye: relative when it is below the current directory.
+  // A file for other programs: relative when it is below the current directory.
+  std::string nameOf(const std::string& path) const;
+  // A file for the eye.
   std::string shown(const std::string& path) const;
   // "file:line:column", or what of it is known.
   std::string shown(const Location& location) const;
@@ -75,6 +77,9 @@ class Loader {
   std::string currentDirectory;  // ends in a slash; empty when it has no name
   std::optional<Spool> standardInput;
 };
+
+// For the eye: a file as the user wrote it.
+std::string shownArgument(const std::string& file);
 
 }  // namespace zuconfig
 

@@ -24,15 +24,18 @@ bool isDigit(char c) {
 
 class PatternReader {
  public:
-  explicit PatternReader(const std::string& text) : text(text) {}
+  PatternReader(const std::string& text, Pattern& pattern) : text(text), pattern(pattern) {}
 
-  std::vector<Part> read() {
-    std::vector<Part> parts;
+  void read() {
     for (;;) {
-      parts.push_back(readPart());
-      if (at == text.size()) return parts;
+      pattern.parts.push_back(readPart());
+      if (at == text.size()) return;
       if (text[at] != '.') fail("expected \".\" or \"[\" or the end");
       ++at;
+      if (at == text.size() && pattern.wanted != Wanted::PROPERTIES) {
+        pattern.wanted = Wanted::SECTIONS;
+        return;
+      }
     }
   }
 
@@ -106,6 +109,7 @@ class PatternReader {
   }
 
   const std::string& text;
+  Pattern& pattern;
   std::size_t at = 0;
 };
 
@@ -196,7 +200,9 @@ std::uint32_t Part::last(std::uint32_t count) const {
   return isEveryIndex || index >= count ? count : index + 1;
 }
 
-Pattern::Pattern(const std::string& text) : parts(PatternReader(text).read()) {}
+Pattern::Pattern(const std::string& text, Wanted wanted) : wanted(wanted) {
+  PatternReader(text, *this).read();
+}
 
 bool Pattern::isSingle() const {
   return std::all_of(parts.begin(), parts.end(), [](const Part& part) { return part.isSingle(); });

@@ -4,6 +4,7 @@
 //   hostname                          one part alone: a property at the top
 //   network."log-level"               a name in quotes, as in JSON, may hold any character
 //   network.interface[*].addr*        every index, and names that match
+//   network.                          a section, as list and diff print it
 //
 // A name with a "*" means every index unless one is given; all other names without an index mean
 // index 0.
@@ -37,13 +38,16 @@ struct Part {
   std::uint32_t last(std::uint32_t count) const;
 };
 
+enum class Wanted { PROPERTIES, SECTIONS, BOTH };
+
 struct Pattern {
-  // Throws Failure with a caret under the fault.
-  explicit Pattern(const std::string& text);
+  // Throws Failure with a caret under the fault. A dot at the end is one when no section is wanted.
+  Pattern(const std::string& text, Wanted wanted);
 
   // Whether it names one place at most.
   bool isSingle() const;
 
+  Wanted wanted;  // SECTIONS when text ends in a dot
   std::vector<Part> parts;
 };
 
@@ -57,8 +61,6 @@ struct Match {
 
   std::string value() const;
 };
-
-enum class Wanted { PROPERTIES, SECTIONS, BOTH };
 
 // Calls found for everything that the pattern matches, in the order of a visit.
 void match(const IConfigPtr& config, const Pattern& pattern, Wanted wanted,

@@ -9,8 +9,6 @@ namespace zuconfig {
 
 namespace {
 
-constexpr const char* replacement = "\xEF\xBF\xBD";
-
 bool startsWith(const std::string& text, const char* start) {
   return text.rfind(start, 0) == 0;
 }
@@ -49,7 +47,7 @@ void SourceText::addInvalid() {
     invalid = Location{path, static_cast<int>(lines.size()),
                        static_cast<int>(utf16Units(lines.back())) + 1};
   }
-  lines.back() += replacement;
+  lines.back() += replacementCharacter;
 }
 
 std::optional<std::string> SourceText::line(const std::string& file, int number) {

@@ -170,7 +170,7 @@ struct Diff {
 
  private:
   static void read(Loader& loader, const std::string& file, Side& side) {
-    side.file = file == "-" ? "<stdin>" : file;
+    side.file = shownArgument(file);
     side.config = loader.load(file, side.origins);
   }
 

@@ -1,20 +1,22 @@
 // zuconfig dump: the whole configuration for programs.
 #include <iostream>
+#include <optional>
 
 #include "Command.hpp"
 #include "Loader.hpp"
+#include "text.hpp"
 #include "writers.hpp"
 
 namespace zuconfig {
 
 namespace {
 
-// The name that a dump of file gives itself.
+// The name that a dump of file gives itself, whatever bytes are in that of the file.
 std::string rootName(const std::string& file) {
   if (file == "-") return "stdin";
-  const std::string base = file.substr(file.rfind('/') + 1);
+  const std::string base = printable(file.substr(file.rfind('/') + 1));
   const std::size_t dot = base.rfind('.');
-  return dot == 0 || dot == base.npos ? base : base.substr(0, dot);
+  return validUtf8(dot == 0 ? base : base.substr(0, dot));
 }
 
 struct Dump {
@@ -36,13 +38,14 @@ struct Dump {
 
   ExitCode run() const {
     if (isNull && format != "paths") throw Failure(USAGE, "-0 goes with --format paths only");
+    if (prefix && format != "sh") throw Failure(USAGE, "--prefix goes with --format sh only");
     const IConfigPtr config = Loader(load).load(file);
     if (format == "xml") {
       writeXml(std::cout, config, rootName(file));
     } else if (format == "json") {
       writeJson(std::cout, config);
     } else if (format == "sh") {
-      writeShell(std::cout, config, prefix);
+      writeShell(std::cout, config, prefix.value_or("config_"));
     } else {
       writePaths(std::cout, config, isNull);
     }
@@ -52,7 +55,7 @@ struct Dump {
  private:
   LoadOptions load;
   std::string format = "paths";
-  std::string prefix = "config_";
+  std::optional<std::string> prefix;
   bool isNull = false;
   std::string file;
 };

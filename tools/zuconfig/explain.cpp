@@ -62,7 +62,7 @@ class Explanation {
 
   void missing(const std::string& selector, const Pattern& pattern, const IConfigPtr& config) {
     std::cout << colours.bold << printable(selector) << colours.off << ": " << colours.bad
-              << whyMissing(config, pattern, Wanted::PROPERTIES) << colours.off << "\n";
+              << whyMissing(config, pattern, pattern.wanted) << colours.off << "\n";
     printSections(sectionsOnTheWay(config, pattern));
     NameFinder finder(pattern.parts.back().name);
     service::util::config::visit(config, finder);
@@ -188,7 +188,7 @@ struct Explain {
   }
 
   ExitCode run() const {
-    const Pattern pattern(selector);
+    const Pattern pattern(selector, Wanted::BOTH);
     if (!pattern.isSingle()) {
       throw Failure(USAGE,
                     "explain takes one selector without wildcards; \"zuconfig list\" shows "
@@ -198,7 +198,8 @@ struct Explain {
     Origins origins;
     const IConfigPtr config = loader.load(file, origins);
     Explanation explanation(loader, origins);
-    auto match = matchSingle(config, pattern, Wanted::PROPERTIES);
+    std::optional<Match> match;
+    if (pattern.wanted == Wanted::BOTH) match = matchSingle(config, pattern, Wanted::PROPERTIES);
     if (!match) match = matchSingle(config, pattern, Wanted::SECTIONS);
     if (!match) {
       explanation.missing(selector, pattern, config);

@@ -28,7 +28,7 @@ struct Get {
   }
 
   ExitCode run() const {
-    Pattern pattern(selector);
+    Pattern pattern(selector, Wanted::PROPERTIES);
     if (all) {
       if (pattern.parts.back().hasIndex) {
         throw Failure(USAGE, "--all and an index of the property exclude each other");

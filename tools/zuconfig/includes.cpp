@@ -151,7 +151,7 @@ class GraphPrinter {
 
   json inJson(const Node& node) const {
     json object = {{"name", node.name}};
-    if (!node.path.empty()) object["file"] = loader.shown(node.path);
+    if (!node.path.empty()) object["file"] = loader.nameOf(node.path);
     if (!node.include.file.empty()) {
       object["line"] = node.include.line;
       object["column"] = node.include.column;
@@ -164,7 +164,7 @@ class GraphPrinter {
 
  private:
   std::string nameOf(const Node& node) const {
-    return node.path.empty() ? node.name : loader.shown(node.path);
+    return node.path.empty() ? node.name : loader.nameOf(node.path);
   }
 
   void printNode(const Node& node) const {
@@ -212,7 +212,8 @@ struct Includes {
     if (format == "dot") {
       printer.printDot(graph);
     } else if (format == "json") {
-      std::cout << printer.inJson(*graph.root()).dump(2) << "\n";
+      std::cout << printer.inJson(*graph.root()).dump(2, ' ', false, json::error_handler_t::replace)
+                << "\n";
     } else {
       printer.printTree(*graph.root());
     }

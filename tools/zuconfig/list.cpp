@@ -30,7 +30,7 @@ struct List {
       printNames(Loader(load).load(file));
       return FINE;
     }
-    const Pattern pattern(selector);
+    const Pattern pattern(selector, Wanted::BOTH);
     const IConfigPtr config = Loader(load).load(file);
     if (pattern.isSingle()) {
       if (const auto section = matchSingle(config, pattern, Wanted::SECTIONS)) {
@@ -44,7 +44,7 @@ struct List {
  private:
   ExitCode printMatches(const IConfigPtr& config, const Pattern& pattern) const {
     bool isFound = false;
-    match(config, pattern, Wanted::BOTH, [&](const Match& match) {
+    match(config, pattern, pattern.wanted, [&](const Match& match) {
       isFound = true;
       if (match.section != nullptr) {
         print(match.path + ".");

@@ -21,12 +21,9 @@ using namespace zuconfig;
 // A file that is opened later must not stand in for a closed standard stream. Opened the wrong way
 // round, the stream still fails where it is used.
 void openStandardStreams() {
-  for (const int mode : {O_WRONLY, O_RDONLY, O_RDONLY}) {
-    const int lowest = ::open("/dev/null", mode);
-    if (lowest > STDERR_FILENO) {
-      ::close(lowest);
-      return;
-    }
+  for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO}) {
+    const bool isClosed = ::fcntl(stream, F_GETFD) < 0;
+    if (isClosed) ::open("/dev/null", stream == STDIN_FILENO ? O_WRONLY : O_RDONLY);
   }
 }
 
@@ -52,15 +49,31 @@ void define(CLI::App& app, Chosen& chosen) {
   app.set_help_all_flag("--help-all", "Print the help of all sub-commands and exit");
 }
 
-// What is wrong with the command line, in the words of this command.
-std::string describe(const CLI::App& app, const CLI::ParseError& error, int argc, char** argv) {
-  const auto commands = app.get_subcommands();
-  const std::string help = "\nzuconfig " + (commands.empty() ? "" : commands[0]->get_name() + " ") +
-                           "--help tells how it is used";
-  if (!commands.empty() || argc < 2 || argv[1][0] == '-') return error.what() + help;
+// Why word, which follows the name of command, is nothing that it takes.
+std::string describeUnexpected(const CLI::App& command, const std::string& word) {
+  const bool isTop = command.get_parent() == nullptr;
   std::vector<std::string> names;
-  for (const CLI::App* command : app.get_subcommands(nullptr)) names.push_back(command->get_name());
-  return "no sub-command " + printable(argv[1]) + didYouMean(nearest(argv[1], names)) + help;
+  if (word.size() > 1 && word[0] == '-') {
+    for (const CLI::Option* option : command.get_options()) {
+      for (const std::string& name : option->get_lnames()) names.push_back("--" + name);
+    }
+    return "no option " + printable(word) + (isTop ? " in front of a sub-command" : "") +
+           didYouMean(nearest(word, names));
+  }
+  if (!isTop) return "one argument too many: " + printable(word);
+  for (const CLI::App* known : command.get_subcommands(nullptr)) names.push_back(known->get_name());
+  return "no sub-command " + printable(word) + didYouMean(nearest(word, names));
+}
+
+// What is wrong with the command line, in the words of this command.
+std::string describe(const CLI::App& app, const CLI::ParseError& error) {
+  const auto commands = app.get_subcommands();
+  const CLI::App& command = commands.empty() || app.remaining_size() > 0 ? app : *commands[0];
+  const auto unexpected = command.remaining();
+  const std::string text =
+      unexpected.empty() ? error.what() : describeUnexpected(command, unexpected.front());
+  return text + "\nzuconfig " + (commands.empty() ? "" : commands[0]->get_name() + " ") +
+         "--help tells how it is used";
 }
 
 ExitCode parseAndRun(int argc, char** argv) {
@@ -70,7 +83,7 @@ ExitCode parseAndRun(int argc, char** argv) {
   try {
     app.parse(argc, argv);
   } catch (const CLI::ParseError& e) {
-    if (e.get_exit_code() != 0) throw Failure(USAGE, describe(app, e, argc, argv));
+    if (e.get_exit_code() != 0) throw Failure(USAGE, describe(app, e));
     app.exit(e, std::cout, std::cerr);
     return FINE;
   }

@@ -33,8 +33,8 @@ struct Path {
     }
     const auto matches = ConfigLocator::findAll(wanted);
     if (matches.empty()) {
-      throw Failure(NO, printable(wanted) + ": not found on the search path" +
-                            didYouMean(nearFiles(wanted, "")));
+      throw Failure(
+          NO, printable(wanted) + ": not found on the search path" + hintForMissing(wanted, ""));
     }
     for (const auto& match : matches) {
       print(match.file,

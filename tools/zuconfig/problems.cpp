@@ -58,13 +58,17 @@ std::string suggestion(const Problem& problem) {
   };
   if (problem.rule == "missing-include" || problem.rule == "not-found") {
     const bool isIncluded = problem.rule == "missing-include";
-    return didYouMean(nearFiles(problem.subject, isIncluded ? problem.location.file : ""));
+    return hintForMissing(problem.subject, isIncluded ? problem.location.file : "");
   }
   if (problem.rule == "unknown-element") return didYouMean(nearest(problem.subject, elements));
   if (problem.rule != "invalid") return "";
   const std::string name = quotedName(problem.message);
   if (problem.message.find("element 'include'") != problem.message.npos) {
     return "; the text of an include is the name of the file";
+  }
+  const bool isUndeclared = problem.message.find("no declaration") == 0;
+  if (isUndeclared && !isNew({"property", "section", "include"}, name)) {
+    return "; inside a property or an include there is only text";
   }
   const bool isAttribute = problem.message.find("attribute '") != std::string::npos;
   const auto& known = isAttribute ? attributes : elements;

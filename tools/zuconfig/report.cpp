@@ -71,7 +71,7 @@ std::string shownRange(const Range& range, const Loader& loader) {
 }
 
 json inJson(const Range& range, const Loader& loader) {
-  json place = {{"file", loader.shown(range.file)}};
+  json place = {{"file", loader.nameOf(range.file)}};
   if (range.line > 0) {
     place.update({{"line", range.line}, {"column", range.column}});
     place.update({{"endLine", range.endLine}, {"endColumn", range.endColumn}});
@@ -82,7 +82,7 @@ json inJson(const Range& range, const Loader& loader) {
 // path as part of a URI.
 std::string inUri(const std::string& path) {
   static const char* digits = "0123456789ABCDEF";
-  const std::string allowed = "-._~/!$&'()*+,;=:@";
+  const std::string allowed = "-._~/!$&'()*+,;=@";
   std::string uri = path[0] == '/' ? "file://" : "";
   for (const char c : path) {
     const auto byte = static_cast<unsigned char>(c);
@@ -97,7 +97,7 @@ std::string inUri(const std::string& path) {
 }
 
 json sarifLocation(const Range& range, const Loader& loader) {
-  json place = {{"artifactLocation", {{"uri", inUri(loader.shown(range.file))}}}};
+  json place = {{"artifactLocation", {{"uri", inUri(loader.nameOf(range.file))}}}};
   if (range.line > 0) {
     place["region"] = {{"startLine", range.line},
                        {"startColumn", range.column},

@@ -76,29 +76,51 @@ void addFilesBelow(std::vector<std::string>& files, const std::string& directory
   }
 }
 
-}  // namespace
+// Why path, which is there, is not found. Empty when it is not there.
+std::string whyUnusable(const std::string& path) {
+  std::error_code unknown;
+  const auto status = std::filesystem::status(path, unknown);
+  if (!std::filesystem::exists(status)) return "";
+  const char* reason = std::filesystem::is_directory(status)      ? " is a directory"
+                       : std::filesystem::is_regular_file(status) ? " cannot be read"
+                                                                  : " is not a regular file";
+  return "; " + printable(path) + reason;
+}
 
-std::vector<std::string> nearFiles(const std::string& name, const std::string& includer) {
+// The files in the directories that may have been meant by name.
+std::vector<std::string> nearFiles(std::string name, const std::string& includer,
+                                   std::vector<std::string> directories) {
+  std::replace(name.begin(), name.end(), '\\', '/');
   const std::string prefix = name.substr(0, name.rfind('/') + 1);
-  std::vector<std::string> directories = ConfigLocator::getEntries();
-  if (!includer.empty()) {
-    directories.insert(directories.begin(), cppUtil::fileName::getPath(includer));
-  }
-  if (prefix[0] == '/') directories = {""};
   std::vector<std::string> files;
   if (!includer.empty() && prefix[0] != '/') {
     addFilesBelow(files, directories.front(), name);
     if (!files.empty()) return files;
   }
-  for (std::string& directory : directories) {
-    if (!directory.empty()) directory += '/';
-    addFiles(files, directory += prefix, prefix);
-  }
+  for (const std::string& directory : directories) addFiles(files, directory + prefix, prefix);
   std::sort(files.begin(), files.end());
   files.erase(std::unique(files.begin(), files.end()), files.end());
   // Directories and endings are the same too often to say much.
   const std::size_t ending = std::min(name.rfind('.'), name.size());
   return nearest(name, files, ending > prefix.size() ? ending - prefix.size() : name.size());
+}
+
+}  // namespace
+
+std::string hintForMissing(const std::string& name, const std::string& includer) {
+  std::vector<std::string> directories = ConfigLocator::getEntries();
+  if (!includer.empty()) {
+    directories.insert(directories.begin(), cppUtil::fileName::getPath(includer));
+  }
+  for (std::string& directory : directories) {
+    if (!directory.empty()) directory += '/';
+  }
+  if (name[0] == '/') directories = {""};
+  for (const std::string& directory : directories) {
+    std::string reason = whyUnusable(directory + name);
+    if (!name.empty() && !reason.empty()) return reason;
+  }
+  return didYouMean(nearFiles(name, includer, directories));
 }
 
 std::vector<PathEntry> getSearchPath(const std::vector<PathEntry>& prepended) {

@@ -20,9 +20,10 @@ std::vector<PathEntry> getSearchPath(const std::vector<PathEntry>& prepended);
 // A directory of the search path, for the eye.
 std::string shownDirectory(const std::string& directory);
 
-// The files that may have been meant by name, which is not found: beside the file includer, unless
-// that is empty, and along the search path.
-std::vector<std::string> nearFiles(const std::string& name, const std::string& includer);
+// What to add to the message that name is not found, beside the file includer, unless that is
+// empty, and along the search path: that it is no file to read, or the names that may have been
+// meant.
+std::string hintForMissing(const std::string& name, const std::string& includer);
 
 }  // namespace zuconfig
 

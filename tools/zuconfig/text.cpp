@@ -97,6 +97,16 @@ Character::Character(const char* text, std::size_t size) : length(0) {
   length = expected;
 }
 
+std::string validUtf8(const std::string& text) {
+  std::string result;
+  for (std::size_t at = 0; at < text.size();) {
+    const Character c(text.data() + at, text.size() - at);
+    result += c.length == 0 ? replacementCharacter : text.substr(at, c.length);
+    at += c.length == 0 ? 1 : c.length;
+  }
+  return result;
+}
+
 std::size_t width(const std::string& text) {
   return static_cast<std::size_t>(
       std::count_if(text.begin(), text.end(), [](char c) { return (c & 0xC0) != 0x80; }));

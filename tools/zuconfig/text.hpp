@@ -18,6 +18,9 @@ std::string printable(const std::string& text);
 // printable, in double quotes.
 std::string quoted(const std::string& text);
 
+// U+FFFD.
+constexpr const char* replacementCharacter = "\xEF\xBF\xBD";
+
 // The character at the front of text, which is UTF-8. length: in bytes, 0 when it is none.
 struct Character {
   Character(const char* text, std::size_t size);
@@ -25,6 +28,9 @@ struct Character {
   char32_t code;
   std::size_t length;
 };
+
+// text with U+FFFD in place of every byte that is no UTF-8.
+std::string validUtf8(const std::string& text);
 
 // As many columns as text takes, with one for each character.
 std::size_t width(const std::string& text);

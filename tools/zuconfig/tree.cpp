@@ -103,7 +103,7 @@ struct Tree {
     Loader loader(load);
     Origins origins;
     const IConfigPtr config = withOrigins ? loader.load(file, origins) : loader.load(file);
-    std::cout << (file == "-" ? "<stdin>" : file) << "\n";
+    std::cout << shownArgument(file) << "\n";
     TreePrinter printer(config, loader, withOrigins ? &origins : nullptr);
     service::util::config::visit(config, printer);
     return FINE;

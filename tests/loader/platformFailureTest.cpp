@@ -3,11 +3,9 @@
 #include <gtest/gtest.h>
 
 #include <functional>
-#include <optional>
 #include <xercesc/util/PlatformUtils.hpp>
 
-#include "FakePlatform.hpp"
-#include "cppUtil/err/Exception.hpp"
+#include "../FakePlatform.hpp"
 #include "service/util/config/Select.hpp"
 #include "service/util/config/xml/Observer.hpp"
 #include "service/util/config/xml/check.hpp"
@@ -15,7 +13,8 @@
 
 namespace {
 
-using cppUtil::err::Exception;
+using unit::Failure;
+using unit::failureOf;
 
 // app/main.xml, which includes part/part.xml, which adds the property p. Neither directory is on
 // the search path by itself.
@@ -26,17 +25,14 @@ class PlatformFailureTest : public testing::Test {
   void SetUp() override { fake = FakePlatform(); }
 
   // Loads with those calls failing; answers with what was thrown.
-  std::optional<Exception> load(std::set<std::size_t> failing) {
+  Failure load(std::set<std::size_t> failing) {
     fake.path = {"/nowhere", data};
     fake.calls.clear();
     fake.failing = std::move(failing);
-    try {
+    return failureOf([] {
       const auto config = service::util::config::xml::create("app/main.xml", {}, false);
       EXPECT_EQ(config->getPropertyCount("p"), 1u);
-      return std::nullopt;
-    } catch (const Exception& e) {
-      return e;
-    }
+    });
   }
 
   void expectStatePutBack(const std::string& message) {
@@ -47,20 +43,22 @@ class PlatformFailureTest : public testing::Test {
   FakePlatform& fake = FakePlatform::instance();
 };
 
+const std::string app = data + "/app";
+const std::string part = data + "/part";
 const std::vector<std::string> goodLoad = {
     // the top-level file
-    "String_new", "SearchPath_find", "String_delete",   // find
-    "String_new", "Filename_getPath", "String_delete",  // getPath
-    "SearchPath_prepend", "Logger_log",
+    "new 0", "find app/main.xml", "delete",             // find
+    "new 0", "getPath " + app + "/main.xml", "delete",  // getPath
+    "prepend " + app, "log 3 Parsing configuration file '" + app + "/main.xml'",
     // the include
-    "String_new", "SearchPath_find", "String_delete",   // find
-    "String_new", "Filename_getPath", "String_delete",  // getPath
-    "SearchPath_prepend", "Logger_log", "SearchPath_remove",
+    "new 0", "find part/part.xml", "delete",             // find
+    "new 0", "getPath " + part + "/part.xml", "delete",  // getPath
+    "prepend " + part, "log 3 Parsing configuration file '" + part + "/part.xml'", "remove " + part,
     // the top-level file
-    "SearchPath_remove"};
+    "remove " + app};
 
 TEST_F(PlatformFailureTest, EveryCallFailingOnce) {
-  ASSERT_FALSE(load({}));
+  ASSERT_EQ(load({}), Failure{});
   ASSERT_EQ(fake.calls, goodLoad);
   expectStatePutBack("no failure");
 
@@ -71,24 +69,18 @@ TEST_F(PlatformFailureTest, EveryCallFailingOnce) {
 
     // A directory's name that is known already is not given up for a text that cannot be deleted.
     if (call == 5 || call == 13) {
-      EXPECT_FALSE(thrown) << name;
+      EXPECT_EQ(thrown, Failure{}) << name;
       EXPECT_EQ(fake.calls, goodLoad) << name;
       continue;
     }
-    ASSERT_TRUE(thrown) << name;
-    EXPECT_EQ(thrown->getCode(), FakePlatform::codeOf(call)) << name;
-    EXPECT_EQ(thrown->getSystemErrorCode(), static_cast<int>(call) + 100) << name;
-    EXPECT_EQ(thrown->getFile(), "fake/file") << name;
-    EXPECT_EQ(thrown->getFunction(), "fake_function") << name;
-    EXPECT_EQ(thrown->getLine(), static_cast<int>(call) + 200) << name;
-    EXPECT_EQ(thrown->getMessage(), "the reason of " + std::to_string(call)) << name;
+    EXPECT_EQ(thrown, FakePlatform::failureOf(call)) << name;
 
     // Nothing follows but the removal of the directories prepended, or refused, so far.
     std::vector<std::string> expected(goodLoad.begin(), goodLoad.begin() + long(call) + 1);
-    const std::size_t removals = call < 6 || call == 17 ? call / 17 : call < 14 ? 1 : 2;
-    expected.insert(expected.end(), removals, "SearchPath_remove");
+    if (call >= 14 && call < 17) expected.push_back("remove " + part);
+    if (call >= 6) expected.push_back("remove " + app);
     EXPECT_EQ(fake.calls, expected) << name;
-    ASSERT_FALSE(load({})) << "after " << name;
+    EXPECT_EQ(load({}), Failure{}) << "after " << name;
   }
 }
 
@@ -102,20 +94,14 @@ TEST_F(PlatformFailureTest, RemovalsFailingAfterAnotherFailure) {
     std::vector<std::string> left;  // in front of the path, by the fake that never removed them
   };
   const Row rows[] = {
-      {"log of the include, then its removal", {15, 16}, 15, 18, {data + "/part"}},
-      {"log of the include, then both removals",
-       {15, 16, 17},
-       15,
-       18,
-       {data + "/part", data + "/app"}},
-      {"removal of the include, twice", {16, 17}, 16, 19, {data + "/part"}},
-      {"removal of the top-level file, twice", {17, 18}, 17, 19, {data + "/app"}},
+      {"log of the include, then its removal", {15, 16}, 15, 18, {part}},
+      {"log of the include, then both removals", {15, 16, 17}, 15, 18, {part, app}},
+      {"removal of the include, twice", {16, 17}, 16, 19, {part}},
+      {"removal of the top-level file, twice", {17, 18}, 17, 19, {app}},
   };
   for (const Row& row : rows) {
     const auto thrown = load(row.failing);
-    ASSERT_TRUE(thrown) << row.name;
-    EXPECT_EQ(thrown->getCode(), FakePlatform::codeOf(row.first)) << row.name;
-    EXPECT_EQ(thrown->getMessage(), "the reason of " + std::to_string(row.first)) << row.name;
+    EXPECT_EQ(thrown, FakePlatform::failureOf(row.first)) << row.name;
     EXPECT_EQ(fake.calls.size(), row.calls) << row.name;
     fake.path.erase(fake.path.end() - 2, fake.path.end());
     EXPECT_EQ(fake.path, row.left) << row.name;
@@ -143,16 +129,10 @@ TEST_F(PlatformFailureTest, EveryCallFailingOnceUnderAnObserver) {
       const std::string name = row.name + (", " + calls[call]) + " " + std::to_string(call);
       fake.calls.clear();
       fake.failing = {call};
-      std::uint32_t code = 0;
-      try {
-        row.run();
-      } catch (const Exception& e) {
-        code = e.getCode();
-      }
+      const Failure thrown = failureOf(row.run);
       expectStatePutBack(name);
-      const bool isUnnoticed =
-          calls[call] == "String_delete" && calls[call - 1] == "Filename_getPath";
-      EXPECT_EQ(code, isUnnoticed ? 0 : FakePlatform::codeOf(call)) << name;
+      const bool isUnnoticed = calls[call] == "delete" && calls[call - 1].find("getPath") == 0;
+      EXPECT_EQ(thrown, isUnnoticed ? Failure{} : FakePlatform::failureOf(call)) << name;
     }
   }
 }

@@ -94,10 +94,6 @@ std::string currentDirectoryName() {
   return std::string(buffer) == "/" ? "/" : std::string(buffer) + "/";
 }
 
-bool startsWith(const std::string& text, const char* start) {
-  return text.rfind(start, 0) == 0;
-}
-
 }  // namespace
 
 void LoadOptions::defineDirectories(CLI::App& command) {
@@ -118,6 +114,10 @@ void LoadOptions::defineSchemas(CLI::App& command) {
                   "Validate elements of the namespace NS with the schema at LOCATION; repeatable")
       ->type_name("NS=LOCATION")
       ->allow_extra_args(false);
+}
+
+void defineFile(CLI::App& command, std::string& file) {
+  command.add_option("FILE", file, "A configuration file; - is standard input")->required();
 }
 
 Loader::Loader(const LoadOptions& options)

@@ -30,6 +30,9 @@ struct LoadOptions {
   std::vector<std::string> schemas;  // NAMESPACE=LOCATION, each; any switches on validation
 };
 
+// Declares the argument FILE, a name for Loader::load.
+void defineFile(CLI::App& command, std::string& file);
+
 class Loader {
  public:
   // Puts the directories on the search path of the process. Throws Failure.

@@ -15,11 +15,7 @@ using service::util::config::getPropertyNames;
 using service::util::config::getSectionNames;
 
 bool isNameCharacter(char c) {
-  return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '*';
-}
-
-bool isDigit(char c) {
-  return c >= '0' && c <= '9';
+  return isAlphanumeric(c) || c == '*';
 }
 
 class PatternReader {

@@ -7,14 +7,6 @@
 
 namespace zuconfig {
 
-namespace {
-
-bool startsWith(const std::string& text, const char* start) {
-  return text.rfind(start, 0) == 0;
-}
-
-}  // namespace
-
 // Lines end as in XML: with LF, CR LF or CR.
 void SourceText::read(const std::string& file) {
   if (path == file) return;

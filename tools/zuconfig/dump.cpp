@@ -33,7 +33,7 @@ struct Dump {
     command.add_flag("-0,--null", isNull,
                      "With paths: end each entry with a zero byte, and its selector with a line "
                      "break; nothing is escaped");
-    command.add_option("FILE", file, "A configuration file; - is standard input")->required();
+    defineFile(command, file);
   }
 
   ExitCode run() const {

@@ -183,7 +183,7 @@ struct Explain {
 
   void define(CLI::App& command) {
     load.define(command);
-    command.add_option("FILE", file, "A configuration file; - is standard input")->required();
+    defineFile(command, file);
     command.add_option("SELECTOR", selector, "Such as network.interface[1].address")->required();
   }
 

@@ -23,7 +23,7 @@ struct Get {
         ->type_name("VALUE");
     command.add_flag("--origin", withOrigin, "Print file, line and column before each value");
     command.add_flag("-0,--null", isNull, "End each value with a zero byte, not a line break");
-    command.add_option("FILE", file, "A configuration file; - is standard input")->required();
+    defineFile(command, file);
     command.add_option("SELECTOR", selector, "Such as network.interface[1].address")->required();
   }
 

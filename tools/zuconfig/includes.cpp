@@ -199,7 +199,7 @@ struct Includes {
     command.add_option("--format", format, "tree (the default), dot or json")
         ->type_name("FORMAT")
         ->check(CLI::IsMember({"tree", "dot", "json"}));
-    command.add_option("FILE", file, "A configuration file; - is standard input")->required();
+    defineFile(command, file);
   }
 
   ExitCode run() const {

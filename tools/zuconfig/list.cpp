@@ -19,7 +19,7 @@ struct List {
   void define(CLI::App& command) {
     load.define(command);
     command.add_flag("-0,--null", isNull, "End each entry with a zero byte, not a line break");
-    command.add_option("FILE", file, "A configuration file; - is standard input")->required();
+    defineFile(command, file);
     command.add_option("SELECTOR", selector,
                        "A section, such as network.interface[1]; or a pattern, such as "
                        "network.interface[*].addr*");

@@ -85,11 +85,10 @@ std::string inUri(const std::string& path) {
   const std::string allowed = "-._~/!$&'()*+,;=@";
   std::string uri = path[0] == '/' ? "file://" : "";
   for (const char c : path) {
-    const auto byte = static_cast<unsigned char>(c);
-    const bool isAlphanumeric = byte < 0x80 && std::isalnum(byte) != 0;
-    if (isAlphanumeric || allowed.find(c) != allowed.npos) {
+    if (isAlphanumeric(c) || allowed.find(c) != allowed.npos) {
       uri += c;
     } else {
+      const auto byte = static_cast<unsigned char>(c);
       uri += {'%', digits[byte >> 4], digits[byte & 15]};
     }
   }

@@ -38,7 +38,6 @@ std::size_t distance(const std::string& from, const std::string& to) {
 }
 
 std::string withoutControls(const std::string& text, bool isReversible) {
-  static const char* digits = "0123456789abcdef";
   std::string result;
   for (const char c : text) {
     const auto byte = static_cast<unsigned char>(c);
@@ -51,7 +50,7 @@ std::string withoutControls(const std::string& text, bool isReversible) {
     } else if (c == '\r') {
       result += "\\r";
     } else if (byte < 0x20 || byte == 0x7F) {
-      result += {'\\', 'x', digits[byte >> 4], digits[byte & 15]};
+      result += "\\x" + inHexadecimal(c);
     } else {
       result += c;
     }
@@ -65,6 +64,24 @@ bool isSet(const char* variable) {
 }
 
 }  // namespace
+
+bool isDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+bool isAlphanumeric(char c) {
+  return isDigit(c) || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+}
+
+bool startsWith(const std::string& text, const char* start) {
+  return text.rfind(start, 0) == 0;
+}
+
+std::string inHexadecimal(char byte) {
+  static const char* digits = "0123456789abcdef";
+  const auto bits = static_cast<unsigned char>(byte);
+  return {digits[bits >> 4], digits[bits & 15]};
+}
 
 std::string escaped(const std::string& text) {
   return withoutControls(text, true);

@@ -8,6 +8,15 @@
 
 namespace zuconfig {
 
+// Of ASCII.
+bool isDigit(char c);
+bool isAlphanumeric(char c);
+
+bool startsWith(const std::string& text, const char* start);
+
+// The byte in two hexadecimal digits.
+std::string inHexadecimal(char byte);
+
 // text on one line: backslash, line breaks, tabs and other control characters become \\, \n, \t, \r
 // and \xHH. All other characters stay, in UTF-8.
 std::string escaped(const std::string& text);

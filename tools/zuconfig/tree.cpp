@@ -96,7 +96,7 @@ struct Tree {
   void define(CLI::App& command) {
     load.define(command);
     command.add_flag("--origins", withOrigins, "Print where each value and section stands");
-    command.add_option("FILE", file, "A configuration file; - is standard input")->required();
+    defineFile(command, file);
   }
 
   ExitCode run() const {

@@ -152,16 +152,13 @@ class ShellWriter : public Visitor {
 
  private:
   void extend(const Visited& visited) {
-    static const char* digits = "0123456789abcdef";
     const std::size_t start = variable.size();
     for (const char c : visited.name) {
-      const bool isDigit = c >= '0' && c <= '9';
-      const bool isLetter = (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
-      if (isLetter || (isDigit && variable.size() > start)) {
+      const bool isFirst = variable.size() == start;
+      if (isAlphanumeric(c) && !(isFirst && isDigit(c))) {
         variable += c;
       } else {
-        const auto byte = static_cast<unsigned char>(c);
-        variable += {'_', '_', digits[byte >> 4], digits[byte & 15]};
+        variable += "__" + inHexadecimal(c);
       }
     }
     if (visited.index > 0) variable += "_" + std::to_string(visited.index);
@@ -173,10 +170,8 @@ class ShellWriter : public Visitor {
 };
 
 bool startsVariable(const std::string& prefix) {
-  const auto isAllowed = [](char c) {
-    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z') || c == '_';
-  };
-  return !prefix.empty() && !(prefix[0] >= '0' && prefix[0] <= '9') &&
+  const auto isAllowed = [](char c) { return isAlphanumeric(c) || c == '_'; };
+  return !prefix.empty() && !isDigit(prefix[0]) &&
          std::all_of(prefix.begin(), prefix.end(), isAllowed);
 }
 

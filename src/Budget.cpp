@@ -8,6 +8,7 @@
 #include <xercesc/util/PlatformUtils.hpp>
 
 #include "xerces/Exception.hpp"
+#include "xerces/dom.hpp"
 
 namespace service::util::config::xml::internal {
 
@@ -102,6 +103,15 @@ void Budget::addReference(std::size_t length) {
 
 void Budget::setLocator(const xercesc::Locator* newLocator) {
   locator = newLocator;
+  documentId = locator == nullptr ? nullptr : locator->getSystemId();
+}
+
+void Budget::refuse(const char* reason) {
+  heldAllowed = held + graceBytes;
+  throw xerces::Exception() << "XMLParser: in file \"" << currentFile() << "\" at line "
+                            << (locator == nullptr ? 0 : locator->getLineNumber()) << " at column "
+                            << (locator == nullptr ? 0 : locator->getColumnNumber()) << ": "
+                            << reason << "!";
 }
 
 void Budget::expand(std::uint64_t length) {
@@ -115,12 +125,14 @@ void Budget::openReader() {
   ++openReaders;
 }
 
-void Budget::refuse(const char* reason) {
-  heldAllowed = held + graceBytes;
-  throw xerces::Exception() << "XMLParser: in file \"" << fileName << "\" at line "
-                            << (locator == nullptr ? 0 : locator->getLineNumber()) << " at column "
-                            << (locator == nullptr ? 0 : locator->getColumnNumber()) << ": "
-                            << reason << "!";
+// An entity may stand in a file of its own.
+std::string Budget::currentFile() const {
+  const XMLCh* id = locator == nullptr ? documentId : locator->getSystemId();
+  try {
+    if (id != documentId) return xerces::transcode(id);
+  } catch (const xercesc::OutOfMemoryException&) {  // then the document's name must do
+  }
+  return fileName;
 }
 
 }  // namespace service::util::config::xml::internal

@@ -49,8 +49,12 @@ class Budget : public xercesc::MemoryManager {
   void addEntity(std::size_t length);
   void addReference(std::size_t length);
 
-  // Where the parse stands, kept by the caller; null when it does not stand anywhere.
+  // Where the parse stands, in the document at first, kept by the caller; null when it does not
+  // stand anywhere.
   void setLocator(const xercesc::Locator* locator);
+
+  // Throws xerces::Exception with the reason and the place.
+  [[noreturn]] void refuse(const char* reason);
 
  private:
   // Stands before each block of memory; what follows is aligned for any type.
@@ -62,10 +66,11 @@ class Budget : public xercesc::MemoryManager {
 
   void expand(std::uint64_t length);
   void openReader();
-  [[noreturn]] void refuse(const char* reason);
+  std::string currentFile() const;
 
   const std::string& fileName;
   const xercesc::Locator* locator = nullptr;
+  const XMLCh* documentId = nullptr;      // the system id of the document, in its reader
   Header blocks = {&blocks, &blocks, 0};  // a ring of all blocks that are held
   std::uint64_t held = 0;
   std::uint64_t heldAllowed;

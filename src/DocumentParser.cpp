@@ -8,7 +8,6 @@
 #include "FileSource.hpp"
 #include "cppUtil/internal/stackLeft.hpp"
 #include "names.hpp"
-#include "xerces/Exception.hpp"
 
 namespace service::util::config::xml::internal {
 
@@ -65,10 +64,10 @@ void DocumentParser::startElement(const xercesc::XMLElementDecl& declaration, un
                                   const XMLCh* prefix,
                                   const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes,
                                   XMLSize_t attributeCount, bool isEmpty, bool isRoot) {
-  if (attributeCount > maximumAttributes) refuse("too many attributes");
+  if (attributeCount > maximumAttributes) budget.refuse("too many attributes");
   if (++depth % levelsBetweenChecks == 0 &&
       cppUtil::internal::stackLeft() < stackReserve + depth * stackPerLevel) {
-    refuse("elements nested too deeply for the stack");
+    budget.refuse("elements nested too deeply for the stack");
   }
   if (valueDepth > 0 || isValue(declaration.getBaseName())) ++valueDepth;
   Parser::startElement(declaration, urlId, prefix, attributes, attributeCount, isEmpty, isRoot);
@@ -95,13 +94,6 @@ void DocumentParser::entityDecl(const xercesc::DTDEntityDecl& entity, bool isPar
 
 void DocumentParser::docCharacters(const XMLCh* text, XMLSize_t length, bool isCdata) {
   if (valueDepth > 0) Parser::docCharacters(text, length, isCdata);
-}
-
-void DocumentParser::refuse(const char* reason) const {
-  const xercesc::Locator* locator = getScanner()->getLocator();
-  throw xerces::Exception() << "XMLParser: in file \"" << getFileName() << "\" at line "
-                            << locator->getLineNumber() << " at column "
-                            << locator->getColumnNumber() << ": " << reason << "!";
 }
 
 }  // namespace service::util::config::xml::internal

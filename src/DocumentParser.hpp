@@ -39,8 +39,6 @@ class DocumentParser : public xerces::Parser {
   void parseFile(const std::string& name) override;
 
  private:
-  [[noreturn]] void refuse(const char* reason) const;
-
   Budget& budget;
   EntityResolver resolver;
   xercesc::SecurityManager limits;

@@ -72,12 +72,14 @@ Fault faultOf(unsigned int code, const XMLCh* domain, XMLErrorReporter::ErrTypes
 // The loader's parser begins its messages with the place.
 Fault refusal(const std::string& file, const std::string& message) {
   Fault fault = {Fault::REFUSED, message, {file}};
-  const std::string place = "XMLParser: in file \"" + file + "\" at line ";
-  int end = 0;
-  if (message.compare(0, place.size(), place) == 0 &&
-      std::sscanf(message.c_str() + place.size(), "%d at column %d: %n", &fault.location.line,
-                  &fault.location.column, &end) == 2) {
-    fault.message.erase(0, place.size() + static_cast<std::size_t>(end));
+  const std::string start = "XMLParser: in file \"";
+  const std::size_t place = message.find("\" at line ");
+  int length = 0;
+  if (message.compare(0, start.size(), start) == 0 && place != std::string::npos &&
+      std::sscanf(message.c_str() + place, "\" at line %d at column %d: %n", &fault.location.line,
+                  &fault.location.column, &length) == 2) {
+    fault.location.file = message.substr(start.size(), place - start.size());
+    fault.message.erase(0, place + static_cast<std::size_t>(length));
   }
   if (message.empty()) fault.message = "the XML library failed without a reason";
   return fault;

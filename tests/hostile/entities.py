@@ -4,6 +4,7 @@ what people use entities for still loads."""
 from harness import Row, at, config, failed, loaded, prop, reported
 
 TOO_LARGE = at(("{N}", "{N}"), "document expands too far beyond its size")
+TOO_LARGE_THERE = at(("{N}", "{N}"), "document expands too far beyond its size", "d.dtd")
 TOO_DEEP = at(("{N}", "{N}"), "entities nested too deeply")
 TOO_OFTEN = reported(("FATAL", "{DIR}/main.xml", "{N}", "{N}",
                       "parser has encountered more than '50000' entity expansions in the document; "
@@ -67,7 +68,7 @@ def bombs():
         '<a b="x&e;"/>' * 20000), TOO_LARGE
     yield "a file again and again", {
         "main.xml": bomb('<!ENTITY e SYSTEM "e.txt">', prop("&e;" * 20000)),
-        "e.txt": "x" * 100000}, TOO_LARGE
+        "e.txt": "x" * 100000}, at((1, 100001), "document expands too far beyond its size", "e.txt")
     yield "a file again and again in a section that is not read", {
         "main.xml": bomb('<!ENTITY e SYSTEM "e.txt">', f"<other>{'&e;' * 20000}</other>"),
         "e.txt": "x" * 100000}, TOO_LARGE
@@ -78,17 +79,25 @@ def bombs():
     yield "empty parameter entities in the document", bomb(
         f"<!ENTITY % p0 ''>\n{ESCAPED_DOUBLINGS}%p40;", prop("x")), TOO_LARGE
     yield "parameter entities in a file", dtd(
-        f'<!ENTITY % p0 "<!-- -->">\n{DOUBLINGS}%p40;'), TOO_LARGE
+        f'<!ENTITY % p0 "<!-- -->">\n{DOUBLINGS}%p40;'), TOO_LARGE_THERE
     yield "parameter entities in a value", dtd(
-        f'<!ENTITY % p0 "xxxxxxxx">\n{DOUBLINGS}<!ENTITY e "%p40;">'), TOO_LARGE
+        f'<!ENTITY % p0 "xxxxxxxx">\n{DOUBLINGS}<!ENTITY e "%p40;">'), TOO_LARGE_THERE
     yield "blank parameter entities in a file", dtd(
-        f'<!ENTITY % p0 " ">\n{DOUBLINGS}%p40;'), TOO_LARGE
+        f'<!ENTITY % p0 " ">\n{DOUBLINGS}%p40;'), TOO_LARGE_THERE
     yield "quadratic parameter entities", dtd(
-        f'<!ENTITY % p "{"<!-- -->" * 10000}">\n' + "%p;\n" * 20000), TOO_LARGE
+        f'<!ENTITY % p "{"<!-- -->" * 10000}">\n' + "%p;\n" * 20000), TOO_LARGE_THERE
     yield "deep chain in content", bomb(chain(20000), prop("&e20000;")), TOO_DEEP
     yield "deep chain in an attribute", bomb(chain(20000), prop("x", "&e20000;")), TOO_DEEP
     yield "deep chain in a default", bomb(
         chain(20000) + '<!ATTLIST a b CDATA "&e20000;">', prop("x")), TOO_DEEP
+    yield "deep chain of files", {
+        "main.xml": bomb("".join(f'<!ENTITY e{i} SYSTEM "e{i}.txt">' for i in range(200)),
+                         prop("&e0;")),
+        **{f"e{i}.txt": f"\n&e{i + 1};" for i in range(200)}}, \
+        at((2, "{N}"), "entities nested too deeply", "e{N}.txt")
+    yield "deep elements in a file", {
+        "main.xml": bomb('<!ENTITY e SYSTEM "e.txt">', "&e;"), "e.txt": "\n" + "<a>" * 100000}, \
+        at((2, "{N}"), "elements nested too deeply for the stack", "e.txt")
     yield "recursion in content", bomb(
         '<!ENTITY a "&b;"><!ENTITY b "&a;">', prop("&a;")), recursion("a")
     yield "recursion in an attribute", bomb(

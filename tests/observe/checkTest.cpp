@@ -56,10 +56,12 @@ TEST(CheckTest, TellsWhatTheLoaderRefuses) {
   const TemporaryFolder folder;
   folder.write("main.xml",
                "<config>\n<include>attributes.xml</include>\n<include>fine.xml</include>\n"
-               "<include>bomb.xml</include></config>");
+               "<include>bomb.xml</include><include>entity.xml</include></config>");
   std::string attributes;
   for (int i = 0; i < 10001; ++i) attributes += " a" + std::to_string(i) + "=''";
   folder.write("attributes.xml", "<config>\n<section" + attributes + "/></config>");
+  folder.write("entity.xml", "<!DOCTYPE config [<!ENTITY e SYSTEM 'e.txt'>]><config>&e;</config>");
+  folder.write("e.txt", "\n<section" + attributes + "/>");
   folder.write("fine.xml", "<config/>");
   std::string entities = "<!ENTITY a0 '" + repeated("x", 1000) + "'>";
   for (int i = 1; i < 5; ++i) {
@@ -70,7 +72,8 @@ TEST(CheckTest, TellsWhatTheLoaderRefuses) {
                                "]>\n<config>\n<property name='p'>&a4;</property></config>");
   EXPECT_EQ(problemsOf(folder, "main.xml"),
             "{T}/attributes.xml:2: too many attributes! [unloadable], 1 includes\n"
-            "{T}/bomb.xml:3: document expands too far beyond its size! [unloadable], 1 includes\n");
+            "{T}/bomb.xml:3: document expands too far beyond its size! [unloadable], 1 includes\n"
+            "{T}/e.txt:2: too many attributes! [unloadable], 1 includes\n");
 }
 
 }  // namespace

@@ -52,6 +52,17 @@ TEST(CheckTest, NeedsNoStackForIncludes) {
             "{T}/500.xml:1: this property has no text [missing-value], 500 includes\n");
 }
 
+TEST(CheckTest, TellsOfNamesThatLeadNowhere) {
+  const TemporaryFolder folder;
+  EXPECT_EQ(problemsOf(folder, ""), ":0: the name of the file is empty [not-found], 0 includes\n");
+  EXPECT_EQ(problemsOf(folder, "/no/such.xml"),
+            "/no/such.xml:0: there is no readable file \"/no/such.xml\" [not-found], 0 includes\n");
+  EXPECT_EQ(
+      problemsOf(folder, "a.xml\n"),
+      "a.xml\n:0: no readable file \"a.xml\n\" in {T}; white space around the name is part of "
+      "it [not-found], 0 includes\n");
+}
+
 TEST(CheckTest, TellsWhatTheLoaderRefuses) {
   const TemporaryFolder folder;
   folder.write("main.xml",

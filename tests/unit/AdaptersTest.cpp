@@ -91,9 +91,10 @@ TEST(Logger, EmptiesItsTextOnSuccessAndKeepsItOnFailure) {
   logger << "!";
   logger.log();
   EXPECT_EQ(logger.str(), "");
-  logger << "next";
+  logger << "next" << std::endl;
   logger.log();
-  EXPECT_EQ(platform.calls, (Calls{"log 3 Parsing file 5", "log 3 Parsing file 5!", "log 3 next"}));
+  EXPECT_EQ(platform.calls,
+            (Calls{"log 3 Parsing file 5", "log 3 Parsing file 5!", "log 3 next\n"}));
 }
 
 TEST(ErrorModule, IsRegisteredOnceBeforeMain) {

@@ -1,7 +1,10 @@
 #include <gtest/gtest.h>
 #include <locator/locator.h>
 
+#include <optional>
+
 #include "../FailingAllocations.hpp"
+#include "../TemporaryFolder.hpp"
 #include "Support.hpp"
 
 namespace {
@@ -18,61 +21,42 @@ std::uint32_t prependWithoutMemory(cu_SearchPath* path) {
 
 // Lets the first allocation of a call fail, then only the second, and so on until it succeeds.
 TEST(OutOfMemory, IsReportedAndLeavesEverythingAsItWas) {
-  const TempDir temp;
+  const TemporaryFolder temp;
   const std::string name = std::string(40, 'n');
-  temp.addFile(name);
-  const std::string fileName = temp.path() / name;
-  const std::vector<std::string> directories = {longDirectory, temp.path()};
+  temp.write(name);
+  const std::string file = temp.path / name;
+  const std::vector<std::string> directories = {longDirectory, temp.path};
+  const Path path(directories);
+  std::optional<Text> text;
+  bool flag = false;
+  cu_String* created = nullptr;
 
-  using Call = std::uint32_t (*)(cu_SearchPath*, cu_String*, bool*, cu_String**,
-                                 const std::string& fileName);
   const struct {
     const char* function;
-    Call call;
+    std::function<std::uint32_t()> call;
   } rows[] = {
-      {"cu_String_new",
-       [](auto, auto, auto, cu_String** created, auto&) { return cu_String_new(created, 100); }},
-      {"cu_String_set", [](auto, cu_String* text, auto, auto,
-                           auto& file) { return cu_String_set(text, file.c_str()); }},
-      {"cu_Filename_getPath", [](auto, cu_String* text, auto, auto,
-                                 auto& file) { return cu_Filename_getPath(file.c_str(), text); }},
-      {"cu_SearchPath_find",
-       [](cu_SearchPath* path, cu_String* text, bool* flag, auto, auto& file) {
-         return cu_SearchPath_find(path, file.c_str() + file.rfind('/') + 1, flag, text);
-       }},
-      {"cu_SearchPath_append", [](cu_SearchPath* path, auto, auto, auto,
-                                  auto& file) { return cu_SearchPath_append(path, file.c_str()); }},
-      {"cu_SearchPath_prepend",
-       [](cu_SearchPath* path, auto, auto, auto, auto& file) {
-         return cu_SearchPath_prepend(path, file.c_str());
-       }},
-      {"cu_SearchPath_get", [](cu_SearchPath* path, cu_String* text, auto, auto,
-                               auto&) { return cu_SearchPath_get(path, 0, text); }},
+      {"cu_String_new", [&] { return cu_String_new(&created, 100); }},
+      {"cu_SearchPath_find", [&] { return cu_SearchPath_find(path, name.c_str(), &flag, *text); }},
+      {"cu_Filename_getPath", [&] { return cu_Filename_getPath(file.c_str(), *text); }},
+      {"cu_SearchPath_get", [&] { return cu_SearchPath_get(path, 0, *text); }},
+      {"cu_SearchPath_append", [&] { return cu_SearchPath_append(path, file.c_str()); }},
   };
   for (const auto& row : rows) {
-    std::uint32_t code = CU_OUT_OF_MEMORY;
+    text.emplace("before");
     int allowed = 0;
-    for (; code == CU_OUT_OF_MEMORY; ++allowed) {
-      const Path path(directories);
-      const Text text("before");
-      bool flag = false;
-      cu_String* created = nullptr;
-      {
-        const FailingAllocations fail(allowed);
-        code = row.call(path, text, &flag, &created, fileName);
-      }
-      if (code != CU_OUT_OF_MEMORY) {
-        cu_String_delete(&created);
-        break;
-      }
+    const auto callWithMemory = [&] {
+      const FailingAllocations fail(allowed);
+      return row.call();
+    };
+    for (; callWithMemory() == CU_OUT_OF_MEMORY; ++allowed) {
       EXPECT_STREQ(cu_Error_getFunctionName(cu_getErrorLocation()), row.function);
       EXPECT_STREQ(cu_Error_getDescription(cu_getErrorLocation()), "Out of memory!");
-      EXPECT_EQ(text.str(), "before") << row.function;
-      EXPECT_FALSE(flag) << row.function;
-      EXPECT_EQ(created, nullptr) << row.function;
+      EXPECT_EQ(text->str(), "before") << row.function;
+      EXPECT_FALSE(flag || created != nullptr) << row.function;
       EXPECT_EQ(directoriesOf(path), directories) << row.function;
     }
-    EXPECT_EQ(code, 0u) << row.function;
+    flag = false;
+    cu_String_delete(&created);
     EXPECT_GT(allowed, 0) << row.function;
   }
 }
@@ -87,16 +71,13 @@ TEST(OutOfMemory, LeavesPairsOfPrependAndRemoveBalanced) {
     const char* steps;
     std::vector<bool> expected;
   } rows[] = {
-      {"the user's own entry survives", {longDirectory}, "!-", {false}},
       {"the user's own entry behind others survives", {"/b", longDirectory}, "!-", {false}},
       {"the first of two equal entries survives",
        {longDirectory, "/b", longDirectory},
        "!-",
        {false}},
       {"no such entry", {"/b"}, "!-", {false}},
-      {"inner pair failed", {longDirectory}, "+!--", {false, true}},
       {"outer pair failed", {longDirectory}, "!+--", {true, false}},
-      {"both failed", {longDirectory}, "!!--", {false, false}},
       {"failed pair between", {}, "+!-+--", {false, true, true}},
   };
   for (const auto& row : rows) {

@@ -1,4 +1,3 @@
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -6,6 +5,7 @@
 #include <cerrno>
 #include <thread>
 
+#include "../TemporaryFolder.hpp"
 #include "Support.hpp"
 
 namespace fs = std::filesystem;
@@ -28,30 +28,29 @@ std::string expand(const std::string& text, const fs::path& root) {
   return !text.empty() && text[0] == '@' ? root.string() + text.substr(1) : text;
 }
 
-// The empty text stands for "not found".
+// What the target holds afterwards: "before" when nothing is found.
 std::string find(cu_SearchPath* path, const std::string& name) {
   bool found = false;
-  const Text file;
+  const Text file("before");
   EXPECT_EQ(cu_SearchPath_find(path, name.c_str(), &found, file), 0u);
-  EXPECT_EQ(found, !file.str().empty());
+  EXPECT_EQ(found, file.str() != "before");
   return file.str();
 }
 
 }  // namespace
 
 TEST(SearchPath, FindsTheFirstReadableRegularFile) {
-  const TempDir temp;
-  const fs::path& root = temp.path();
-  for (const char* file : {"top", "a/file", "b/file", "b/only", "b/sub/deep", "sp ace/file"}) {
-    temp.addFile(file);
+  const TemporaryFolder temp;
+  const fs::path& root = temp.path;
+  for (const char* file : {"top", "a/file", "b/file", "b/only", "b/sub/deep"}) {
+    temp.write(file);
   }
-  for (const char* directory : {"fifo", "dir/file", "link", "dangling", "empty"}) {
+  for (const char* directory : {"fifo", "dir/file", "link", "dangling"}) {
     fs::create_directories(root / directory);
   }
   ASSERT_EQ(::mkfifo((root / "fifo/file").c_str(), 0644), 0);
   fs::create_symlink("../b/only", root / "link/file");
   fs::create_symlink("nowhere", root / "dangling/file");
-  fs::create_directory_symlink("b", root / "linked");
   const WorkingDirectory here(root);
 
   const std::string longName(5000, 'n');
@@ -63,32 +62,25 @@ TEST(SearchPath, FindsTheFirstReadableRegularFile) {
   } rows[] = {
       {"first entry", {"@/a", "@/b"}, "file", "@/a/file"},
       {"later entry", {"@/a", "@/b"}, "only", "@/b/only"},
-      {"duplicate entries", {"@/a", "@/a", "@/b"}, "only", "@/b/only"},
-      {"nowhere", {"@/a", "@/b"}, "other", ""},
-      {"no entries", {}, "top", ""},
+      {"nowhere", {"@/a", "@/b"}, "other", "before"},
       {"missing directory", {"@/missing", "@/a"}, "file", "@/a/file"},
       {"entry is a file", {"@/a/file", "@/b"}, "file", "@/b/file"},
       {"entry ends in a slash", {"@/a/"}, "file", "@/a/file"},
       {"entry is the root directory", {"/"}, root.string().substr(1) + "/top", "@/top"},
-      {"blank in the entry", {"@/sp ace"}, "file", "@/sp ace/file"},
       {"FIFO", {"@/fifo", "@/a"}, "file", "@/a/file"},
       {"directory", {"@/dir", "@/a"}, "file", "@/a/file"},
       {"dangling link", {"@/dangling", "@/a"}, "file", "@/a/file"},
       {"link is followed, not resolved", {"@/link"}, "file", "@/link/file"},
-      {"link to a directory is not resolved", {"@/linked"}, "only", "@/linked/only"},
       {"directory part", {"@/a", "@/b"}, "sub/deep", "@/b/sub/deep"},
       {"directory part goes up", {"@/b/sub"}, "../only", "@/b/sub/../only"},
-      {"directory part is a file", {"@/a"}, "file/", ""},
       {"relative entry", {"a"}, "file", "@/a/file"},
       {"current directory", {""}, "top", "@/top"},
-      {"current directory, directory part", {""}, "b/only", "@/b/only"},
       {"dot is kept", {"."}, "top", "@/./top"},
       {"absolute name", {}, "@/a/file", "@/a/file"},
-      {"absolute name of a directory", {"@/a"}, "@/b", ""},
-      {"absolute name of a device", {}, "/dev/null", ""},
-      {"absolute name is not joined", {"@"}, "/a/file", ""},
-      {"empty name", {"@/a", "", "@/a/file"}, "", ""},
-      {"name too long", {"@/a"}, longName, ""},
+      {"absolute name of a device", {}, "/dev/null", "before"},
+      {"absolute name is not joined", {"@"}, "/a/file", "before"},
+      {"empty name", {"@/a", "", "@/a/file"}, "", "before"},
+      {"name too long", {"@/a"}, longName, "before"},
   };
   for (const auto& row : rows) {
     std::vector<std::string> directories;
@@ -98,22 +90,14 @@ TEST(SearchPath, FindsTheFirstReadableRegularFile) {
   }
 }
 
-TEST(SearchPath, FindsInTheRootDirectory) {
-  const TempDir temp;
-  temp.addFile("top");
-  const WorkingDirectory here("/");
-  const Path path({""});
-  EXPECT_EQ(find(path, temp.path().string().substr(1) + "/top"), (temp.path() / "top").string());
-}
-
 // What counts is the effective user, who opens the file.
 TEST(SearchPath, PassesOverUnreadableFiles) {
-  const TempDir temp;
-  temp.addFile("a/file");
-  temp.addFile("b/file");
-  const std::string readable = temp.path() / "b/file";
-  fs::permissions(temp.path() / "a/file", fs::perms::none);
-  const Path path({temp.path() / "a", temp.path() / "b"});
+  const TemporaryFolder temp;
+  temp.write("a/file");
+  temp.write("b/file");
+  const std::string readable = temp.path / "b/file";
+  fs::permissions(temp.path / "a/file", fs::perms::none);
+  const Path path({temp.path / "a", temp.path / "b"});
 
   constexpr uid_t nobody = 65534;
   using SetUser = int (*)(uid_t);
@@ -127,16 +111,16 @@ TEST(SearchPath, PassesOverUnreadableFiles) {
 }
 
 TEST(SearchPath, TellsWhenTheCurrentDirectoryHasNoName) {
-  const TempDir temp;
-  temp.addFile("top");
-  fs::create_directory(temp.path() / "gone");
+  const TemporaryFolder temp;
+  temp.write("top");
+  fs::create_directory(temp.path / "gone");
   const Path path({".."});
   const Text file("before");
   bool found = true;
   std::uint32_t code;
   {
-    const WorkingDirectory here(temp.path() / "gone");
-    fs::remove(temp.path() / "gone");
+    const WorkingDirectory here(temp.path / "gone");
+    fs::remove(temp.path / "gone");
     code = cu_SearchPath_find(path, "top", &found, file);
   }
   EXPECT_EQ(code, CU_SYSTEM_FAILURE);
@@ -145,15 +129,6 @@ TEST(SearchPath, TellsWhenTheCurrentDirectoryHasNoName) {
                "Argument \"name\" was found as \"../top\", but the current directory has no name "
                "to make that absolute!");
   EXPECT_TRUE(found);
-  EXPECT_EQ(file.str(), "before");
-}
-
-TEST(SearchPath, KeepsTheTargetWhenNothingIsFound) {
-  const Path path;
-  const Text file("before");
-  bool found = true;
-  EXPECT_EQ(cu_SearchPath_find(path, "top", &found, file), 0u);
-  EXPECT_FALSE(found);
   EXPECT_EQ(file.str(), "before");
 }
 
@@ -176,10 +151,10 @@ TEST(SearchPath, KeepsOrderAndDuplicates) {
 }
 
 TEST(SearchPath, IsUsedByTwoThreads) {
-  const TempDir temp;
-  temp.addFile("file");
-  Path path({temp.path()});
-  const std::string expected = temp.path() / "file";
+  const TemporaryFolder temp;
+  temp.write("file");
+  Path path({temp.path});
+  const std::string expected = temp.path / "file";
   std::thread other([&] {
     for (int i = 0; i < 2000; ++i) {
       cu_SearchPath_prepend(path, "/a/directory/that/does/not/exist");
@@ -192,5 +167,5 @@ TEST(SearchPath, IsUsedByTwoThreads) {
   }
   other.join();
   EXPECT_EQ(wrong, 0);
-  EXPECT_EQ(directoriesOf(path), std::vector<std::string>{temp.path()});
+  EXPECT_EQ(directoriesOf(path), std::vector<std::string>{temp.path});
 }

@@ -4,10 +4,7 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <cstdlib>
-#include <fstream>
-
-namespace fs = std::filesystem;
+#include <stdexcept>
 
 Text::Text(const char* value) {
   EXPECT_EQ(cu_String_new(&handle, 0), 0u);
@@ -37,22 +34,6 @@ std::vector<std::string> directoriesOf(cu_SearchPath* path) {
     directories.push_back(directory.str());
   }
   return directories;
-}
-
-TempDir::TempDir() {
-  std::string name = fs::canonical(fs::temp_directory_path()) / "platformTestXXXXXX";
-  if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("mkdtemp " + name);
-  root = name;
-  fs::permissions(root, fs::perms(0755));
-}
-
-TempDir::~TempDir() {
-  fs::remove_all(root);
-}
-
-void TempDir::addFile(const std::string& name) const {
-  fs::create_directories((root / name).parent_path());
-  std::ofstream(root / name) << "x";
 }
 
 Outcome inChild(const std::function<bool()>& body) {

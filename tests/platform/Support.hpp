@@ -1,10 +1,8 @@
-// What the platform tests share: handles that delete themselves, and directories and processes of
-// their own.
+// What the platform tests share: handles that delete themselves, and processes of their own.
 #pragma once
 
 #include <cutil/cutil.h>
 
-#include <filesystem>
 #include <functional>
 #include <string>
 #include <vector>
@@ -37,21 +35,6 @@ class Path {
 };
 
 std::vector<std::string> directoriesOf(cu_SearchPath* path);
-
-// A new directory without links in its name that any user may enter.
-class TempDir {
- public:
-  TempDir();
-  ~TempDir();
-  TempDir(const TempDir&) = delete;
-  TempDir& operator=(const TempDir&) = delete;
-  const std::filesystem::path& path() const { return root; }
-  // Writes a small regular file, making the directories that lead to it.
-  void addFile(const std::string& name) const;
-
- private:
-  std::filesystem::path root;
-};
 
 struct Outcome {
   int status;          // as waitpid gives it: 0 when body returned true

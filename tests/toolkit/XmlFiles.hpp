@@ -4,37 +4,27 @@
 
 #include <gtest/gtest.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
-#include <stdexcept>
 #include <string>
 #include <xercesc/util/PlatformUtils.hpp>
 
+#include "TemporaryFolder.hpp"
 #include "placeholders.hpp"
 #include "xerces/Exception.hpp"
 #include "xerces/dom.hpp"
 
 class XmlFiles : public testing::Test {
  protected:
-  XmlFiles() {
-    std::string pattern = std::filesystem::temp_directory_path() / "zu-xml-XXXXXX";
-    if (mkdtemp(pattern.data()) == nullptr) throw std::runtime_error("no temporary directory");
-    directory = pattern;
-    xercesc::XMLPlatformUtils::Initialize();
-  }
-  ~XmlFiles() override {
-    xercesc::XMLPlatformUtils::Terminate();
-    std::filesystem::remove_all(directory);
-  }
+  XmlFiles() { xercesc::XMLPlatformUtils::Initialize(); }
+  ~XmlFiles() override { xercesc::XMLPlatformUtils::Terminate(); }
 
   // Writes the file and returns its full name.
   std::string write(const std::string& name, const std::string& text) const {
-    std::ofstream(directory / name, std::ios::binary) << text;
+    folder.write(name, text);
     return directory / name;
   }
 
-  std::filesystem::path directory;
+  const TemporaryFolder folder;
+  const std::filesystem::path& directory = folder.path;
 };
 
 inline xerces::XmlString xmlName(const std::string& name) {

@@ -25,19 +25,6 @@ TEST(ExceptionTest, AppendsFormattedValues) {
   EXPECT_EQ(e.what(), "line -5 " + address.str() + " s 18446744073709551615");
 }
 
-TEST_F(DomTest, TranscodesNullToNothing) {
-  EXPECT_EQ(xerces::transcode(static_cast<const XMLCh*>(nullptr)), "");
-  EXPECT_EQ(xerces::transcode(XmlString{'a', 0, 'b'}), "a");
-}
-
-// What each row does with the root element of its document.
-struct Row {
-  const char* name;
-  const char* document;
-  std::function<std::string(const DOMElement&)> step;
-  std::string expected;
-};
-
 std::string matched(const DOMElement& element, const char* name) {
   xerces::match(element, xmlName(name));
   return "matched";
@@ -62,36 +49,29 @@ TEST_F(DomTest, HelpersReadElements) {
   };
   const std::string at = "XMLParser: in file \"{FILE}\" at line 1 at column ";
   const std::string nowhere = "XMLParser: in file \"\" at line 0 at column 0";
-  const Row rows[] = {
-      {"match", "<config></config>", is("config"), "matched"},
+  const struct {
+    const char* name;
+    const char* document;
+    std::function<std::string(const DOMElement&)> step;  // on the root element
+    std::string expected;
+  } rows[] = {
       {"match any namespace", "<c:config xmlns:c='urn:any'></c:config>", is("config"), "matched"},
       {"match not the qualified name", "<c:config xmlns:c='u'></c:config>", is("c:config"),
        at + "23: expected element called \"c:config\"!"},
-      {"match other", "<config></config>", is("section"),
-       at + "9: expected element called \"section\"!"},
-      {"match prefix only", "<config></config>", is("conf"),
-       at + "9: expected element called \"conf\"!"},
       {"match empty tag", "<config/>", is("section"),
        nowhere + ": expected element called \"section\"!"},
       {"attribute", "<s name='  a\tb '></s>", attribute, "  a b "},
-      {"attribute missing", "<s Name='a'></s>", attribute, at + "13: expected attribute \"name\"!"},
-      {"attribute empty", "<s name=''></s>", attribute, at + "12: expected attribute \"name\"!"},
       {"attribute with prefix", "<s xmlns:n='u' n:name='a'></s>", attribute,
        at + "27: expected attribute \"name\"!"},
       {"text", "<p> a<!-- b --><c>d</c>\n<![CDATA[<]]></p>", xerces::textContent, " ad\n<"},
       {"text blank", "<p>  </p>", xerces::textContent, "  "},
-      {"text empty", "<p></p>", xerces::textContent,
-       at + "4: expected element to have a text content!"},
-      {"text only a comment", "<p><!-- b --></p>", xerces::textContent,
-       at + "4: expected element to have a text content!"},
       {"text empty tag", "<p/>", xerces::textContent,
        nowhere + ": expected element to have a text content!"},
       {"children",
        "<r>t<p id='1'/><q><p id='-'/></q><!-- c --><n:p xmlns:n='u' id='2'/><p id='3'/></r>",
        children, "123"},
-      {"no children", "<r><q/><P/></r>", children, ""},
   };
-  for (const Row& row : rows) {
+  for (const auto& row : rows) {
     const std::string file = write("row.xml", row.document);
     xerces::Parser parser;
     const DOMElement& root = *parser.parseDoc(file)->getDocumentElement();

@@ -10,6 +10,8 @@
 #include <vector>
 #include <xercesc/util/PlatformUtils.hpp>
 
+#include "service/util/locator/ConfigLocator.hpp"
+
 inline void setSearchPath(const std::vector<std::string>& directories) {
   ASSERT_EQ(cu_SearchPath_clear(getConfigLocator()), 0u);
   for (const std::string& directory : directories) {
@@ -18,17 +20,7 @@ inline void setSearchPath(const std::vector<std::string>& directories) {
 }
 
 inline std::vector<std::string> getSearchPath() {
-  std::vector<std::string> directories;
-  std::size_t count = 0;
-  EXPECT_EQ(cu_SearchPath_count(getConfigLocator(), &count), 0u);
-  cu_String* text = nullptr;
-  EXPECT_EQ(cu_String_new(&text, 0), 0u);
-  for (std::size_t i = 0; i < count; ++i) {
-    EXPECT_EQ(cu_SearchPath_get(getConfigLocator(), i, text), 0u);
-    directories.emplace_back(cu_String_get(text));
-  }
-  EXPECT_EQ(cu_String_delete(&text), 0u);
-  return directories;
+  return service::util::locator::ConfigLocator::getEntries();
 }
 
 // The XML library forgets its memory manager with the last Terminate.

@@ -16,16 +16,11 @@ using unit::failureOf;
 using Part = std::pair<std::string, std::uint32_t>;
 using Path = std::vector<Part>;
 
-Failure parseFailure(int line) {
-  return {0x3000000, 0, "src/select", "void service::util::config::Select::parse(const string&)",
-          line,      ""};
-}
-
-// The result of parsing text: 0 when it is accepted, otherwise the line that is reported.
-int lineOf(const std::string& text) {
-  const Failure failure = failureOf([&] { Select select(text); });
-  EXPECT_EQ(failure, failure == Failure() ? Failure() : parseFailure(std::get<4>(failure))) << text;
-  return std::get<4>(failure);
+// Expects that text is rejected with that line, or accepted when line is 0.
+void expectParse(const std::string& text, int line) {
+  const Failure rejected(0x3000000, 0, "src/select",
+                         "void service::util::config::Select::parse(const string&)", line, "");
+  EXPECT_EQ(failureOf([&] { Select select(text); }), line == 0 ? Failure() : rejected) << text;
 }
 
 TEST(Select, AcceptedTexts) {
@@ -34,17 +29,11 @@ TEST(Select, AcceptedTexts) {
     Path path;
     Part property;
   } rows[] = {
-      {"a.b", {{"a", 0}}, {"b", 0}},
-      {"a[2].b[3]", {{"a", 2}}, {"b", 3}},
       {"network.interface[1].address[2]", {{"network", 0}, {"interface", 1}}, {"address", 2}},
-      {"0.1", {{"0", 0}}, {"1", 0}},
-      {"aZ9.zA0", {{"aZ9", 0}}, {"zA0", 0}},
       {"a[3].b", {{"a", 3}}, {"b", 0}},
       {"a.", {{"a", 0}}, {"", 0}},
-      {"a[1].", {{"a", 1}}, {"", 0}},
       {"a[007].b", {{"a", 7}}, {"b", 0}},
       {"a[4294967295].b", {{"a", 4294967295U}}, {"b", 0}},
-      {"a[4294967296].b", {{"a", 0}}, {"b", 0}},
       {"a.b[42949672961]", {{"a", 0}}, {"b", 1}},
       {"a[99999999999999999999].b", {{"a", 1661992959U}}, {"b", 0}},
   };
@@ -56,20 +45,14 @@ TEST(Select, AcceptedTexts) {
 }
 
 TEST(Select, RejectedTexts) {
-  using namespace std::string_literals;
   const struct {
-    std::string text;
+    const char* text;
     int line;
   } rows[] = {
-      {".a", 71},     {"a..b", 71},  {"[1].b", 71},   {"a.[1]", 71},      {" a.b", 71},
-      {"a-b.c", 99},  {"a b.c", 99}, {"a_b.c", 99},   {"a]b.c", 99},      {"a.b\0c"s, 99},
-      {"a[].b", 114}, {"a[", 159},   {"a[x].b", 114}, {"a[-1].b", 114},   {"a[1x].b", 133},
-      {"a[1", 159},   {"a[12", 159}, {"a[1]b", 150},  {"a[1][2].b", 150}, {"a.b[1]]", 150},
-      {"", 163},      {"b", 163},    {"a[1]", 163},
+      {".a", 71},  {"a..b", 71},  {"a-b", 99}, {"a[x]", 114}, {"a[1x]", 133}, {"a[1]b", 150},
+      {"a[", 159}, {"a[12", 159}, {"", 163},   {"b", 163},    {"a[1]", 163},
   };
-  for (const auto& row : rows) {
-    EXPECT_EQ(failureOf([&] { Select select(row.text); }), parseFailure(row.line)) << row.text;
-  }
+  for (const auto& row : rows) expectParse(row.text, row.line);
 }
 
 TEST(Select, NullText) {
@@ -82,24 +65,20 @@ TEST(Select, EveryByteInEveryState) {
   const std::string digits = "0123456789";
   const std::string nameBytes = digits + "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
   const struct {
-    const char* state;
     const char* prefix;
     std::string accepted;    // bytes after which the text may end
     std::string unfinished;  // bytes that leave a bracket open
     int line;                // for all other bytes
   } rows[] = {
-      {"start of a name", "a.", nameBytes, "", 71},
-      {"in a name", "a.b", nameBytes + ".", "[", 99},
-      {"start of an index", "a.b[", "", digits, 114},
-      {"in an index", "a.b[1", "]", digits, 133},
-      {"after an index", "a.b[1]", ".", "", 150},
+      {"a.", nameBytes, "", 71},   {"a.b", nameBytes + ".", "[", 99}, {"a.b[", "", digits, 114},
+      {"a.b[1", "]", digits, 133}, {"a.b[1]", ".", "", 150},
   };
   for (const auto& row : rows) {
     for (int byte = 0; byte < 256; ++byte) {
       const char c = static_cast<char>(byte);
       const auto holds = [c](const std::string& bytes) { return bytes.find(c) != bytes.npos; };
       const int expected = holds(row.accepted) ? 0 : holds(row.unfinished) ? 159 : row.line;
-      EXPECT_EQ(lineOf(row.prefix + std::string(1, c)), expected) << row.state << ", byte " << byte;
+      expectParse(row.prefix + std::string(1, c), expected);
     }
   }
 }
@@ -125,10 +104,8 @@ TEST_F(Query, WalksToTheProperty) {
   } rows[] = {
       {"network.interface.address", true, "10.0.0.1"},
       {"network.interface[0].address[1]", true, "10.0.0.10"},
-      {"network[1].interface.address", true, "10.0.0.2"},
       {"network[4294967297].interface.address", true, "10.0.0.2"},
       {"network.interface.address[2]", false, "untouched"},
-      {"network.interface.name", false, "untouched"},
       {"network.p", false, "untouched"},  // the property of another level
   };
   for (const auto& row : rows) {
@@ -139,29 +116,22 @@ TEST_F(Query, WalksToTheProperty) {
 }
 
 TEST_F(Query, FailsWhereThePathEnds) {
-  const auto in = [](const char* signature, std::uint32_t code, int line, const char* message) {
-    return Failure(code, 0, "src/config", signature, line, message);
-  };
-  const char* getSection =
-      "virtual service::util::config::IConfigPtr "
-      "service::util::config::internal::Config::getSection(const string&, uint32_t) const";
-  const char* getProperty =
-      "virtual bool service::util::config::internal::Config::getProperty(const string&, "
-      "std::string&, uint32_t) const";
   const struct {
     const char* select;
-    Failure failure;
+    std::uint32_t code;
+    int line;
+    const char* message;
   } rows[] = {
-      {"s.p", in(getSection, 0x3000001, 64, "util::config: no section called \"s\"")},
-      {"network.s.p", in(getSection, 0x3000001, 64, "util::config: no section called \"s\"")},
-      {"network[2].interface.address",
-       in(getSection, 0x3000001, 70,
-          "util::config: section index 2 for section \"network\" out of bounds")},
-      {"network.", in(getProperty, 1, 92, "Properties name is empty!")},
+      {"network.s.p", 0x3000001, 64, "util::config: no section called \"s\""},
+      {"network[2].interface.address", 0x3000001, 70,
+       "util::config: section index 2 for section \"network\" out of bounds"},
+      {"network.", 1, 92, "Properties name is empty!"},
   };
   for (const auto& row : rows) {
     std::string value = "untouched";
-    EXPECT_EQ(failureOf([&] { config.getProperty(row.select, value); }), row.failure) << row.select;
+    const Failure failure = failureOf([&] { config.getProperty(row.select, value); });
+    EXPECT_EQ(failure,
+              Failure(row.code, 0, "src/config", std::get<3>(failure), row.line, row.message));
     EXPECT_EQ(value, "untouched") << row.select;
   }
 }

@@ -17,12 +17,7 @@ using unit::failureOf;
 
 constexpr cppUtil::err::Place place = {"src/boundary", "void boundary()", 42};
 
-struct OwnWhat : std::exception {
-  const char* what() const noexcept override { return "own text"; }
-};
-
 TEST(Guarded, TranslatesWhatIsThrown) {
-  static char text[] = "writable";
   const struct {
     const char* name;
     std::function<void()> thrower;
@@ -30,12 +25,9 @@ TEST(Guarded, TranslatesWhatIsThrown) {
     const char* message;
   } rows[] = {
       {"standard exception", [] { throw std::runtime_error("broken"); }, 6, "broken"},
-      {"derived from std::exception", [] { throw OwnWhat(); }, 6, "own text"},
       {"out of memory", [] { throw std::bad_alloc(); }, 6, "std::bad_alloc"},
       {"C string", [] { throw "a text"; }, 7, "a text"},
-      {"writable C string", [] { throw text; }, 7, "writable"},
       {"null C string", [] { throw static_cast<const char*>(nullptr); }, 7, ""},
-      {"std::string", [] { throw std::string("lost"); }, 7, ""},
       {"number", [] { throw 5; }, 7, ""},
   };
   for (const auto& row : rows) {
@@ -65,11 +57,6 @@ TEST(Guarded, PassesTheVeryExceptionObjectThroughEveryBoundary) {
     EXPECT_EQ(&e, original);
     EXPECT_EQ(unit::failureIn(e), Failure(0x3000001, 2, "src/inner", "void inner()", 9, "text"));
   }
-}
-
-TEST(Guarded, AnswersWithTheVeryResult) {
-  std::string value = "value";
-  EXPECT_EQ(&guarded(place, [&]() -> std::string& { return value; }), &value);
 }
 
 }  // namespace

@@ -28,8 +28,6 @@ std::uint32_t call(const std::string& name, const std::string& arguments = "") {
 
 }  // namespace
 
-FakePlatform::Registration FakePlatform::registration;
-
 FakePlatform& FakePlatform::instance() {
   static FakePlatform fake;
   return fake;
@@ -46,8 +44,7 @@ unit::Failure FakePlatform::failureOf(std::size_t call) {
 }
 
 // A refused registration must not keep the library from loading.
-std::uint32_t cu_SetResolver(std::uint32_t module, cu_Resolver resolver, std::uint32_t localBits) {
-  FakePlatform::registration = {FakePlatform::registration.count + 1, module, localBits, resolver};
+std::uint32_t cu_SetResolver(std::uint32_t, cu_Resolver, std::uint32_t) {
   return CU_INVALID_ARGUMENT;
 }
 const char* cu_GetErrorName(std::uint32_t) {

@@ -1,7 +1,7 @@
 // Both platform libraries with every call failing on demand. It stands in their place: a program
 // that links it links neither of the real ones.
-#ifndef TESTS_FAKEPLATFORM_HPP
-#define TESTS_FAKEPLATFORM_HPP
+#ifndef TESTS_LOADER_FAKEPLATFORM_HPP
+#define TESTS_LOADER_FAKEPLATFORM_HPP
 
 #include <cutil/cutil.h>
 
@@ -27,13 +27,6 @@ struct FakePlatform {
   std::list<cu_String> texts = {};      // created and not deleted
 
   static FakePlatform& instance();
-
-  // The last registration of an error module; made before main, so not part of an instance.
-  static struct Registration {
-    int count;
-    std::uint32_t module, localBits;
-    cu_Resolver resolver;
-  } registration;
 };
 
 #endif

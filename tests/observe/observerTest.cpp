@@ -8,16 +8,18 @@
 #include <stdexcept>
 
 #include "TemporaryFolder.hpp"
-#include "cppUtil/err/Exception.hpp"
 #include "loader/LoaderState.hpp"
 #include "service/util/config/xml/Origins.hpp"
 #include "service/util/config/xml/check.hpp"
+#include "unit/Failure.hpp"
 
 namespace {
 
 namespace xml = service::util::config::xml;
 using cppUtil::err::Exception;
 using service::util::config::IConfigPtr;
+using unit::Failure;
+using unit::failureOf;
 using xml::Location;
 
 // Fails in one of its calls, counted from 0.
@@ -78,9 +80,9 @@ const std::vector<std::string> allCalls = {
 constexpr const char* create =
     "service::util::config::IConfigPtr service::util::config::xml::create(const string&, const "
     "SchemeList&, bool)";
-std::string step(const std::string& name, const std::string& element = "xercesc_3_1::DOMElement") {
+std::string step(const std::string& name) {
   return "void service::util::config::xml::internal::XmlConfigParser::" + name +
-         "(const IConfigPtr&, const " + element + "&)";
+         "(const IConfigPtr&, const xercesc_3_1::DOMElement&)";
 }
 
 TEST_F(ObserverTest, AFailureInAnyCallEndsTheLoad) {
@@ -98,16 +100,14 @@ TEST_F(ObserverTest, AFailureInAnyCallEndsTheLoad) {
                                            step("parseInclude"),
                                            create};
   const struct {
-    const char* name;
     std::function<void()> fail;
-    std::uint32_t code;
+    std::uint32_t code;  // 0: not translated
     const char* message;
-    bool translated;
   } rows[] = {
-      {"own", [] { throw Exception(99, 0, "tool", "f()", 1, "own"); }, 99, "own", false},
-      {"standard", [] { throw std::runtime_error("standard"); }, 6, "standard", true},
-      {"text", [] { throw "text"; }, 7, "text", true},
-      {"other", [] { throw 1; }, 7, "", true},
+      {[] { throw Exception(99, 8, "tool", "f()", 1, "own"); }, 0, ""},
+      {[] { throw std::runtime_error("standard"); }, 6, "standard"},
+      {[] { throw "text"; }, 7, "text"},
+      {[] { throw 1; }, 7, ""},
   };
   Failing never(allCalls.size(), [] {});
   ASSERT_NE(xml::create("main.xml", {}, false, never), nullptr);
@@ -115,16 +115,12 @@ TEST_F(ObserverTest, AFailureInAnyCallEndsTheLoad) {
 
   for (const auto& row : rows) {
     for (std::size_t call = 0; call < allCalls.size(); ++call) {
-      const std::string name = row.name + (" in call " + std::to_string(call));
+      const std::string name = row.message + (" in call " + std::to_string(call));
       Failing observer(call, row.fail);
-      try {
-        xml::create("main.xml", {}, false, observer);
-        ADD_FAILURE() << name;
-      } catch (const Exception& e) {
-        EXPECT_EQ(e.getCode(), row.code) << name;
-        EXPECT_EQ(e.getMessage(), row.message) << name;
-        EXPECT_EQ(e.getFunction(), row.translated ? guards[call] : "f()") << name;
-      }
+      const Failure failure = failureOf([&] { xml::create("main.xml", {}, false, observer); });
+      const Failure translated(row.code, 0, "src/xmlConfig", guards[call], std::get<4>(failure),
+                               row.message);
+      EXPECT_EQ(failure, row.code == 0 ? failureOf(row.fail) : translated) << name;
       EXPECT_EQ(observer.calls,
                 std::vector<std::string>(allCalls.begin(), allCalls.begin() + long(call) + 1))
           << name;
@@ -141,13 +137,9 @@ TEST_F(ObserverTest, AFailureInAnyCallEndsTheCheck) {
   ASSERT_EQ(never.calls, calls);
   for (std::size_t call = 0; call < calls.size(); ++call) {
     Failing observer(call, [] { throw std::runtime_error("standard"); });
-    try {
-      xml::check("main.xml", {}, false, observer);
-      ADD_FAILURE() << call;
-    } catch (const Exception& e) {
-      EXPECT_EQ(e.getCode(), 6u) << call;
-      EXPECT_EQ(e.getMessage(), "standard") << call;
-    }
+    const Failure failure = failureOf([&] { xml::check("main.xml", {}, false, observer); });
+    EXPECT_EQ(std::get<0>(failure), 6u) << call;
+    EXPECT_EQ(std::get<5>(failure), "standard") << call;
     expectStatePutBack(std::to_string(call));
   }
 }
@@ -160,20 +152,11 @@ TEST_F(ObserverTest, OriginsKnowTheLastLoadOnly) {
   EXPECT_NE(origins.ofSection(first, "t", 0).file, nullptr);
 
   first->addProperty("a", "later");
-  struct Row {
-    const char* name;
-    xml::Origins::Origin origin;
-  };
-  const Row rows[] = {
-      {"index", origins.of(first, "a", 2)},
-      {"added later", origins.of(first, "a", 1)},
-      {"name", origins.of(first, "missing", 0)},
-      {"section as a value", origins.of(first, "t", 0)},
-      {"value as a section", origins.ofSection(first, "a", 0)},
-      {"other section", origins.of(first->getSection("s", 0), "a", 0)},
-      {"no configuration", origins.of(nullptr, "a", 0)},
-  };
-  for (const Row& row : rows) EXPECT_EQ(row.origin.file, nullptr) << row.name;
+  EXPECT_EQ(origins.of(first, "a", 1).file, nullptr) << "added later";
+  EXPECT_EQ(origins.of(first, "missing", 0).file, nullptr);
+  EXPECT_EQ(origins.of(first, "t", 0).file, nullptr) << "section as a value";
+  EXPECT_EQ(origins.of(first->getSection("s", 0), "a", 0).file, nullptr);
+  EXPECT_EQ(origins.of(nullptr, "a", 0).file, nullptr);
 
   const IConfigPtr second = xml::create("main.xml", {}, false, origins);
   EXPECT_EQ(origins.of(first, "a", 0).file, nullptr);

@@ -5,7 +5,7 @@
 
 namespace {
 
-thread_local int allowed = FailingAllocations::kAll;
+thread_local int allowed = FailingAllocations::all;
 thread_local int failing = 0;
 
 }  // namespace

@@ -8,9 +8,9 @@
 // While it lives, allocations of C++ on this thread succeed at first, and then fail.
 class FailingAllocations {
  public:
-  static constexpr int kAll = std::numeric_limits<int>::max();
+  static constexpr int all = std::numeric_limits<int>::max();
 
-  explicit FailingAllocations(int allowed = 0, int failing = kAll);
+  explicit FailingAllocations(int allowed = 0, int failing = all);
   ~FailingAllocations();
   FailingAllocations(const FailingAllocations&) = delete;
   FailingAllocations& operator=(const FailingAllocations&) = delete;

@@ -113,9 +113,9 @@ class MemoryTest : public testing::Test {
 TEST_F(MemoryTest, EveryAllocationFailingOnce) {
   int initialisation = 0;
   {
-    const FailingAllocations count(FailingAllocations::kAll, 0);
+    const FailingAllocations count(FailingAllocations::all, 0);
     const service::util::config::xml::Session session;
-    initialisation = FailingAllocations::kAll - FailingAllocations::getAllowed();
+    initialisation = FailingAllocations::all - FailingAllocations::getAllowed();
   }
   std::set<std::string> faults;
   for (const bool validate : {false, true}) {

@@ -28,6 +28,15 @@ bool isCalled(const DOMElement& element, const xerces::XmlString& name) {
   return XMLString::equals(element.getLocalName(), name.c_str());
 }
 
+// How deep entities nest is limited, so this may recurse.
+bool holdsElement(const DOMNode& entity) {
+  for (const DOMNode* node = entity.getFirstChild(); node != nullptr;
+       node = node->getNextSibling()) {
+    if (node->getNodeType() == DOMNode::ELEMENT_NODE || holdsElement(*node)) return true;
+  }
+  return false;
+}
+
 std::string quoted(const std::string& text) {
   return "\"" + text + "\"";
 }
@@ -101,6 +110,7 @@ class DocumentCheck {
       const auto first = static_cast<std::ptrdiff_t>(sections.size());
       for (const DOMNode* node = section.getFirstChild(); node != nullptr;
            node = node->getNextSibling()) {
+        if (node->getNodeType() == DOMNode::ENTITY_REFERENCE_NODE) checkEntity(*node, section);
         if (node->getNodeType() != DOMNode::ELEMENT_NODE) continue;
         const auto& element = static_cast<const DOMElement&>(*node);
         checkChild(element);
@@ -124,6 +134,14 @@ class DocumentCheck {
           "element " + quoted(name) + " is ignored; only property, section and include are read",
           Severity::WARNING, name);
     }
+  }
+
+  void checkEntity(const DOMNode& entity, const DOMElement& section) {
+    if (!holdsElement(entity)) return;
+    const std::string name = xerces::transcode(entity.getNodeName());
+    add(section, "entity-element",
+        "the elements that the entity " + quoted(name) + " stands for in here are not read",
+        Severity::WARNING, name);
   }
 
   void checkName(const DOMElement& element, const std::string& kind) {

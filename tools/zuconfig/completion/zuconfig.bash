@@ -16,7 +16,7 @@ declare -A _zuconfig_options=(
 )
 declare -A _zuconfig_values=(
   [check --format]='json sarif text'
-  [check --ignore]='shadowed-file unknown-element unreachable-name xml'
+  [check --ignore]='entity-element shadowed-file unknown-element unreachable-name xml'
   [dump --format]='json paths sh xml'
   [includes --format]='dot json tree'
 )

@@ -36,13 +36,14 @@ struct Problem {
   //   unreachable-name  a name that no selector can spell
   //   shadowed-file     a file that hides others of its name further down the search path
   //   unknown-element   an element that the loader ignores; only when not validating
+  //   entity-element    elements that come from an entity, which the loader ignores
   //   xml               what the XML library warns of
   std::string rule;
 
   std::string message;  // one sentence, without place and rule, no line break at the end
 
-  // The name that the message is about: of a missing file, an unknown element, a property or
-  // section that no selector can spell. Empty for all other rules.
+  // The name that the message is about: of a missing file, an unknown element, an entity, a
+  // property or section that no selector can spell. Empty for all other rules.
   std::string subject;
 
   // Of the element or the fault in the document. For elements written as empty tags, and faults of

@@ -27,29 +27,30 @@ add_library(zuUtilConfigObjects OBJECT
   toolkit/xerces/Exception.cpp
   toolkit/xerces/Parser.cpp
   toolkit/xerces/dom.cpp
-  src/Budget.cpp
-  src/DocumentParser.cpp
-  src/EntityResolver.cpp
-  src/FileSource.cpp
-  src/LenientParser.cpp
-  src/LoadEvents.cpp
-  src/check.cpp
-  src/config.cpp
-  src/describeFile.cpp
-  src/documentCheck.cpp
-  src/observer.cpp
-  src/origins.cpp
-  src/section.cpp
-  src/select.cpp
-  src/session.cpp
-  src/validation.cpp
-  src/visit.cpp
-  src/xmlConfig.cpp
+  src/load/LoadEvents.cpp
+  src/load/describeFile.cpp
+  src/load/observer.cpp
+  src/load/origins.cpp
+  src/model/config.cpp
+  src/model/section.cpp
+  src/model/select.cpp
+  src/model/visit.cpp
+  src/xml/Budget.cpp
+  src/xml/DocumentParser.cpp
+  src/xml/EntityResolver.cpp
+  src/xml/FileSource.cpp
+  src/xml/LenientParser.cpp
+  src/xml/check.cpp
+  src/xml/documentCheck.cpp
+  src/xml/session.cpp
+  src/xml/validation.cpp
+  src/xml/xmlConfig.cpp
   ${PROJECT_BINARY_DIR}/getGrammar.cpp)
 set_target_properties(zuUtilConfigObjects PROPERTIES POSITION_INDEPENDENT_CODE ON)
 target_include_directories(zuUtilConfigObjects PUBLIC
   ${PROJECT_SOURCE_DIR}/include ${PROJECT_SOURCE_DIR}/support ${PROJECT_SOURCE_DIR}/toolkit
-  ${ZU_GENERATED_INCLUDE_DIR})
+  ${ZU_GENERATED_INCLUDE_DIR}
+  PRIVATE ${PROJECT_SOURCE_DIR}/src)
 target_link_libraries(zuUtilConfigObjects PRIVATE zu_build_flags
   PUBLIC XercesC::XercesC zu::CUtil zu::UtilLocator)
 

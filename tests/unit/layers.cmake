@@ -7,7 +7,7 @@ set(xml_library "[<\"]xercesc/")
 set(toolkit "[<\"]xerces/")
 set(model "[<\"]service/util/config/(IConfig|Select|internal/)")
 set(loader "[<\"]service/util/config/(xml|grammar)/")
-set(local "\"[^/]+\"")  # the headers beside the loader's sources
+set(rooms "\"(load|plain|xml|bind|live)/")  # the hidden headers of the rooms above the model
 set(support "[<\"](cppUtil|service/util/locator)/")
 set(export "[<\"]cppUtil/export\\.hpp[>\"]")
 
@@ -32,14 +32,14 @@ function(check layer)
 endfunction()
 
 check(public FILES include/*.hpp include/*.in FORBIDDEN ${xml_library} ${toolkit})
-check(model FILES src/config.cpp src/select.cpp src/section.cpp src/visit.cpp
+check(model FILES src/model/*.hpp src/model/*.cpp
   include/service/util/config/IConfig.hpp include/service/util/config/Select.hpp
   include/service/util/config/visit.hpp
   include/service/util/config/internal/*.hpp
-  FORBIDDEN ${xml_library} ${toolkit} ${loader} ${local})
-check(toolkit FILES toolkit/*.hpp toolkit/*.cpp FORBIDDEN ${model} ${loader} ${local} ${support}
+  FORBIDDEN ${xml_library} ${toolkit} ${loader} ${rooms})
+check(toolkit FILES toolkit/*.hpp toolkit/*.cpp FORBIDDEN ${model} ${loader} ${rooms} ${support}
   ALLOWED ${export})
 check(support FILES support/*.hpp support/*.cpp
-  FORBIDDEN ${xml_library} ${toolkit} ${model} ${loader} ${local})
+  FORBIDDEN ${xml_library} ${toolkit} ${model} ${loader} ${rooms})
 check(platform FILES platform/*.h platform/*.hpp platform/*.cpp
   FORBIDDEN ${xml_library} ${toolkit} ${model} ${loader} ${support})

@@ -10,9 +10,9 @@
 #include <cstring>
 #include <iostream>
 
-#include "Command.hpp"
+#include "commands/Command.hpp"
 #include "cppUtil/err/Exception.hpp"
-#include "text.hpp"
+#include "shared/text.hpp"
 
 namespace {
 

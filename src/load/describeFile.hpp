@@ -1,0 +1,16 @@
+// Describes to an observer a file that a look-up has found.
+#ifndef SRC_LOAD_DESCRIBEFILE_HPP
+#define SRC_LOAD_DESCRIBEFILE_HPP
+
+#include "service/util/config/xml/Observer.hpp"
+
+namespace service::util::config::xml::internal {
+
+// name: what was looked up along the search path as it is now. path: what was found. include,
+// includer: as in the description.
+Observer::File describeFile(const std::string& name, const std::string& path,
+                            const Location& include, const Observer::File* includer);
+
+}  // namespace service::util::config::xml::internal
+
+#endif

@@ -1,0 +1,91 @@
+// zuconfig check: all that is wrong with configuration files and what they include, at once.
+#include <algorithm>
+#include <set>
+#include <tuple>
+
+#include "commands/Command.hpp"
+#include "shared/Loader.hpp"
+#include "shared/problems.hpp"
+
+namespace zuconfig {
+
+namespace {
+
+namespace xml = service::util::config::xml;
+
+struct Check {
+  static constexpr const char* name = "check";
+  static constexpr const char* summary = "Print all that is wrong with configuration files";
+
+  void define(CLI::App& command) {
+    load.validate = true;
+    load.defineDirectories(command);
+    load.defineSchemas(command);
+    command.add_flag("--validate,!--no-validate", load.validate,
+                     "Check against the grammar, which is the default, or leave that out");
+    command.add_option("--format", format, "text (the default), json or sarif")
+        ->type_name("FORMAT")
+        ->check(CLI::IsMember({"text", "json", "sarif"}));
+    command.add_flag("--strict", isStrict, "Let warnings fail as errors do");
+    command.add_option("--ignore", ignored, "Leave out the warnings of RULE; repeatable")
+        ->type_name("RULE")
+        ->allow_extra_args(false)
+        ->check(CLI::IsMember(
+            {"entity-element", "shadowed-file", "unknown-element", "unreachable-name", "xml"}));
+    command.add_option("FILE", files, "Configuration files; - is standard input")->required();
+  }
+
+  ExitCode run() const {
+    Loader loader(load);
+    SourceText source;
+    std::vector<Finding> findings;
+    std::set<Key> known;
+    for (const std::string& file : files) {
+      for (const Problem& problem :
+           xml::check(loader.resolve(file), loader.getSchemes(), loader.isValidating())) {
+        if (isWanted(problem, known)) findings.push_back(describe(problem, loader, source));
+      }
+    }
+    if (format == "json") {
+      printJson(findings, loader);
+    } else if (format == "sarif") {
+      printSarif(findings, loader);
+    } else {
+      printText(findings, loader, source);
+    }
+    return codeFor(findings);
+  }
+
+ private:
+  using Key = std::tuple<std::string, int, int, std::string>;
+
+  // What several of the files include is not told of again.
+  bool isWanted(const Problem& problem, std::set<Key>& known) const {
+    const Location& at = problem.location;
+    return std::find(ignored.begin(), ignored.end(), problem.rule) == ignored.end() &&
+           known.insert({at.file, at.line, at.column, problem.message}).second;
+  }
+
+  ExitCode codeFor(const std::vector<Finding>& findings) const {
+    ExitCode code = FINE;
+    for (const Finding& finding : findings) {
+      if (finding.problem.rule == "not-found") return NOT_LOADED;
+      if (isStrict || finding.problem.severity == Severity::ERROR) code = NO;
+    }
+    return code;
+  }
+
+  LoadOptions load;
+  std::string format = "text";
+  bool isStrict = false;
+  std::vector<std::string> ignored;
+  std::vector<std::string> files;
+};
+
+}  // namespace
+
+void addCheck(CLI::App& app, Chosen& chosen) {
+  addCommand<Check>(app, chosen);
+}
+
+}  // namespace zuconfig

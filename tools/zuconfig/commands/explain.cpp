@@ -1,0 +1,224 @@
+// zuconfig explain: all about one value or section: where it stands, how the load came there, what
+// stood in its way; or why it is not there.
+#include <algorithm>
+#include <iostream>
+
+#include "commands/Command.hpp"
+#include "cppUtil/fileName/getPath.hpp"
+#include "service/util/config/visit.hpp"
+#include "shared/Loader.hpp"
+#include "shared/Pattern.hpp"
+#include "shared/SourceText.hpp"
+#include "shared/missing.hpp"
+#include "shared/text.hpp"
+
+namespace zuconfig {
+
+namespace {
+
+using service::util::config::Visited;
+using service::util::config::Visitor;
+using File = Origins::File;
+
+// Finds where else a name is used.
+class NameFinder : public Visitor {
+ public:
+  explicit NameFinder(const std::string& name) : name(name) {}
+
+  void property(const Visited& visited, const std::string& value) override {
+    if (visited.name == name) found.push_back(visited.path + " = " + escaped(value));
+  }
+
+  bool enterSection(const Visited& /*visited*/, const IConfigPtr& /*section*/) override {
+    return found.size() < most;
+  }
+
+  static constexpr std::size_t most = 10;
+  std::vector<std::string> found;
+
+ private:
+  const std::string& name;
+};
+
+class Explanation {
+ public:
+  Explanation(const Loader& loader, const Origins& origins) : loader(loader), origins(origins) {}
+
+  void found(const Match& match, const std::vector<Match>& sections) {
+    std::cout << colours.bold << match.path << colours.off;
+    if (match.section == nullptr) {
+      std::cout << " = " << colours.value << escaped(match.value()) << colours.off << "\n";
+    } else {
+      std::cout << "  (section)\n";
+    }
+    const Origins::Origin origin = originOf(match);
+    heading("set at");
+    printPlace(origin);
+    heading("read from");
+    printFiles(origin.file);
+    printSections(sections);
+    printIndices(match);
+  }
+
+  void missing(const std::string& selector, const Pattern& pattern, const IConfigPtr& config) {
+    std::cout << colours.bold << printable(selector) << colours.off << ": " << colours.bad
+              << whyMissing(config, pattern, pattern.wanted) << colours.off << "\n";
+    printSections(sectionsOnTheWay(config, pattern));
+    NameFinder finder(pattern.parts.back().name);
+    service::util::config::visit(config, finder);
+    if (finder.found.empty()) return;
+    heading("values of that name elsewhere");
+    for (std::size_t i = 0; i < std::min(finder.found.size(), NameFinder::most); ++i) {
+      std::cout << "  " << finder.found[i] << "\n";
+    }
+    if (finder.found.size() > NameFinder::most) std::cout << "  and more\n";
+  }
+
+ private:
+  void heading(const std::string& text) const {
+    std::cout << "\n" << colours.dim << text << colours.off << "\n";
+  }
+
+  Origins::Origin originOf(const Match& match) const {
+    return match.section == nullptr ? origins.of(match.parent, match.name, match.index)
+                                    : origins.ofSection(match.parent, match.name, match.index);
+  }
+
+  void printPlace(const Origins::Origin& origin) {
+    std::cout << "  " << loader.shown(origin);
+    if (origin.line == 0) std::cout << ", in an empty tag: its line is not known";
+    std::cout << "\n";
+    if (origin.file == nullptr) return;
+    if (const auto line = source.line(origin.file->path, origin.line)) {
+      const std::size_t start = line->find_first_not_of(" \t");
+      std::cout << "    " << escaped(start == line->npos ? "" : line->substr(start)) << "\n";
+    }
+  }
+
+  // The include chain, outermost first.
+  void printFiles(const File* file) const {
+    std::vector<const File*> chain;
+    for (; file != nullptr; file = file->includer) chain.push_back(file);
+    std::for_each(chain.rbegin(), chain.rend(), [&](const File* entry) { printFile(*entry); });
+  }
+
+  void printFile(const File& file) const {
+    std::cout << "  " << loader.shown(file.path) << "\n";
+    if (file.includer != nullptr) {
+      std::cout << "    included as " << quoted(file.name) << " at " << loader.shown(file.include)
+                << "\n";
+    }
+    if (file.name[0] == '/') {
+      std::cout << "    named with its directory, not searched for\n";
+    } else {
+      std::cout << "    found in " << directoryOf(file) << "\n";
+    }
+    for (const auto& match : file.shadowed) {
+      std::cout << "    shadows " << loader.shown(match.file) << "\n";
+    }
+  }
+
+  // Where file was found: beside one of the files around it, or on the search path.
+  std::string directoryOf(const File& file) const {
+    for (const File* around = file.includer; around != nullptr; around = around->includer) {
+      if (cppUtil::fileName::getPath(around->path) == file.directory) {
+        return loader.shown(file.directory) + ", beside " + loader.shown(around->path);
+      }
+    }
+    for (const PathEntry& entry : loader.searchPath()) {
+      if (entry.directory == file.directory) {
+        return shownDirectory(entry.directory) + " (" + entry.source + ")";
+      }
+    }
+    return shownDirectory(file.directory);
+  }
+
+  void printSections(const std::vector<Match>& sections) const {
+    if (sections.empty()) return;
+    heading("sections on the way");
+    printTable(sections, sections.size());
+  }
+
+  // All indices of a name that repeats.
+  void printIndices(const Match& match) const {
+    const bool isSection = match.section != nullptr;
+    const std::uint32_t count = isSection ? match.parent->getSectionCount(match.name)
+                                          : match.parent->getPropertyCount(match.name);
+    if (count < 2) return;
+    const std::string path = match.path.substr(0, match.path.rfind('['));
+    std::vector<Match> all;
+    for (std::uint32_t i = 0; i < count; ++i) {
+      all.push_back({match.parent, match.name, i, path + "[" + std::to_string(i) + "]",
+                     isSection ? match.parent->getSection(match.name, i) : nullptr});
+    }
+    heading(isSection ? "all sections of that name" : "all values of that name");
+    printTable(all, match.index);
+  }
+
+  // One line for each, and a mark at one.
+  void printTable(const std::vector<Match>& matches, std::size_t marked) const {
+    std::vector<std::string> texts;
+    std::size_t widest = 0;
+    for (const Match& match : matches) {
+      texts.push_back(match.path);
+      if (match.section == nullptr) texts.back() += " = " + escaped(match.value());
+      widest = std::max(widest, width(texts.back()));
+    }
+    for (std::size_t i = 0; i < matches.size(); ++i) {
+      std::cout << (i == marked ? "* " : "  ") << texts[i]
+                << std::string(widest - width(texts[i]) + 2, ' ') << colours.dim
+                << loader.shown(originOf(matches[i])) << colours.off << "\n";
+    }
+  }
+
+  const Loader& loader;
+  const Origins& origins;
+  const Colours colours;
+  SourceText source;
+};
+
+struct Explain {
+  static constexpr const char* name = "explain";
+  static constexpr const char* summary = "Tell where a value comes from, or why there is none";
+
+  void define(CLI::App& command) {
+    load.define(command);
+    defineFile(command, file);
+    command.add_option("SELECTOR", selector, "Such as network.interface[1].address")->required();
+  }
+
+  ExitCode run() const {
+    const Pattern pattern(selector, Wanted::BOTH);
+    if (!pattern.isSingle()) {
+      throw Failure(USAGE,
+                    "explain takes one selector without wildcards; \"zuconfig list\" shows "
+                    "what a pattern matches");
+    }
+    Loader loader(load);
+    Origins origins;
+    const IConfigPtr config = loader.load(file, origins);
+    Explanation explanation(loader, origins);
+    std::optional<Match> match;
+    if (pattern.wanted == Wanted::BOTH) match = matchSingle(config, pattern, Wanted::PROPERTIES);
+    if (!match) match = matchSingle(config, pattern, Wanted::SECTIONS);
+    if (!match) {
+      explanation.missing(selector, pattern, config);
+      return NO;
+    }
+    explanation.found(*match, sectionsOnTheWay(config, pattern));
+    return FINE;
+  }
+
+ private:
+  LoadOptions load;
+  std::string file;
+  std::string selector;
+};
+
+}  // namespace
+
+void addExplain(CLI::App& app, Chosen& chosen) {
+  addCommand<Explain>(app, chosen);
+}
+
+}  // namespace zuconfig

@@ -1,0 +1,248 @@
+// zuconfig includes: which file includes which. Reads all files that a load would read, also when
+// some are missing or include each other in a circle.
+#include <filesystem>
+#include <iostream>
+#include <list>
+#include <map>
+#include <nlohmann/json.hpp>
+#include <set>
+
+#include "commands/Command.hpp"
+#include "shared/Loader.hpp"
+#include "shared/problems.hpp"
+#include "shared/text.hpp"
+
+namespace zuconfig {
+
+namespace {
+
+namespace xml = service::util::config::xml;
+using json = nlohmann::ordered_json;
+
+enum class Kind { FILE, AGAIN, CYCLE, MISSING };
+
+// One include, or the top-level file.
+struct Node {
+  Kind kind = Kind::FILE;
+  std::string name;  // as it is written
+  std::string path;  // empty when it is missing
+  Location include;
+  std::vector<const Node*> includes;
+};
+
+// Builds the graph while a check reads the files. What a file includes is told the first time only.
+class Graph : public xml::Observer {
+ public:
+  void fileEntered(const File& file) override {
+    Node& node = nodes.emplace_back();
+    node.name = file.name;
+    node.path = file.path;
+    node.include = file.include;
+    const std::string identity = canonical(file.path);
+    if (openPaths.count(identity) > 0) {
+      node.kind = Kind::CYCLE;
+    } else if (!seen.insert(identity).second) {
+      node.kind = Kind::AGAIN;
+    }
+    if (!open.empty()) open.back()->includes.push_back(&node);
+    open.push_back(&node);
+    openPaths.insert(identity);
+  }
+
+  // A file whose includes turned up only now, because the search path is another one, was not shown
+  // as it is here.
+  void fileLeft(const File& file) override {
+    Node& node = *open.back();
+    if (node.kind == Kind::AGAIN && !node.includes.empty()) node.kind = Kind::FILE;
+    openPaths.erase(openPaths.find(canonical(file.path)));
+    open.pop_back();
+  }
+
+  // Adds the files that are not there to those that include them.
+  void addMissing(const std::vector<Problem>& problems) {
+    std::map<std::string, Node*> first;
+    for (Node& node : nodes) first.emplace(node.path, &node);
+    for (const Problem& problem : problems) {
+      if (problem.rule != "missing-include") continue;
+      const auto includer = first.find(problem.location.file);
+      if (includer == first.end()) continue;
+      Node& node = nodes.emplace_back();
+      node.kind = Kind::MISSING;
+      node.name = problem.subject;
+      node.include = problem.location;
+      includer->second->includes.push_back(&node);
+    }
+  }
+
+  // Null when the top-level file was not found.
+  const Node* root() const { return nodes.empty() ? nullptr : &nodes.front(); }
+  const std::list<Node>& all() const { return nodes; }
+
+ private:
+  static std::string canonical(const std::string& path) {
+    std::error_code error;
+    const auto result = std::filesystem::canonical(path, error);
+    return error ? path : result.string();
+  }
+
+  std::list<Node> nodes;    // in the order of reading
+  std::vector<Node*> open;  // outermost first
+  std::multiset<std::string> openPaths;
+  std::set<std::string> seen;
+};
+
+const char* remarkOf(Kind kind) {
+  switch (kind) {
+    case Kind::FILE:
+      return "";
+    case Kind::AGAIN:
+      return "seen above";
+    case Kind::CYCLE:
+      return "cycle";
+    case Kind::MISSING:
+      return "not found";
+  }
+  return "";
+}
+
+class GraphPrinter {
+ public:
+  explicit GraphPrinter(const Loader& loader) : loader(loader) {}
+
+  void printTree(const Node& root) {
+    struct Entry {
+      const Node* node;
+      std::string indent;
+      bool isLast;
+    };
+    std::vector<Entry> todo = {{&root, "", true}};
+    while (!todo.empty()) {
+      const Entry entry = todo.back();
+      todo.pop_back();
+      const bool isRoot = entry.node == &root;
+      std::cout << colours.dim << entry.indent
+                << (isRoot         ? ""
+                    : entry.isLast ? "└── "
+                                   : "├── ")
+                << colours.off;
+      printNode(*entry.node);
+      const std::string indent = isRoot ? "" : entry.indent + (entry.isLast ? "    " : "│   ");
+      const auto& includes = entry.node->includes;
+      for (auto node = includes.rbegin(); node != includes.rend(); ++node) {
+        todo.push_back({*node, indent, node == includes.rbegin()});
+      }
+    }
+  }
+
+  void printDot(const Graph& graph) const {
+    std::cout << "digraph includes {\n  node [shape=box];\n";
+    for (const Node& node : graph.all()) {
+      if (node.kind == Kind::FILE) std::cout << "  " << inDot(node) << ";\n";
+      if (node.kind == Kind::MISSING) std::cout << "  " << inDot(node) << " [style=dashed];\n";
+    }
+    for (const Node& node : graph.all()) {
+      for (const Node* included : node.includes) {
+        std::cout << "  " << inDot(node) << " -> " << inDot(*included)
+                  << (included->kind == Kind::CYCLE ? " [color=red, label=\"cycle\"];\n" : ";\n");
+      }
+    }
+    std::cout << "}\n";
+  }
+
+  json inJson(const Node& node) const {
+    json object = {{"name", node.name}};
+    if (!node.path.empty()) object["file"] = loader.nameOf(node.path);
+    if (!node.include.file.empty()) {
+      object["line"] = node.include.line;
+      object["column"] = node.include.column;
+    }
+    if (node.kind != Kind::FILE) object["remark"] = remarkOf(node.kind);
+    object["includes"] = json::array();
+    for (const Node* included : node.includes) object["includes"].push_back(inJson(*included));
+    return object;
+  }
+
+ private:
+  std::string nameOf(const Node& node) const {
+    return node.path.empty() ? node.name : loader.nameOf(node.path);
+  }
+
+  void printNode(const Node& node) const {
+    std::cout << printable(nameOf(node));
+    if (node.kind != Kind::FILE) {
+      const bool isFine = node.kind == Kind::AGAIN;
+      std::cout << "  " << (isFine ? colours.dim : colours.bad) << "(" << remarkOf(node.kind) << ")"
+                << colours.off;
+    }
+    std::cout << "\n";
+  }
+
+  std::string inDot(const Node& node) const {
+    std::string text;
+    for (const char c : nameOf(node)) {
+      if (c == '"' || c == '\\') text += '\\';
+      text += c;
+    }
+    return "\"" + text + "\"";
+  }
+
+  const Loader& loader;
+  const Colours colours;
+};
+
+struct Includes {
+  static constexpr const char* name = "includes";
+  static constexpr const char* summary = "Print which file includes which";
+
+  void define(CLI::App& command) {
+    load.defineDirectories(command);
+    command.add_option("--format", format, "tree (the default), dot or json")
+        ->type_name("FORMAT")
+        ->check(CLI::IsMember({"tree", "dot", "json"}));
+    defineFile(command, file);
+  }
+
+  ExitCode run() const {
+    Loader loader(load);
+    Graph graph;
+    const auto problems = xml::check(loader.resolve(file), {}, false, graph);
+    if (graph.root() == nullptr) throw Failure(NOT_LOADED, loader.notFound(file));
+    graph.addMissing(problems);
+    GraphPrinter printer(loader);
+    if (format == "dot") {
+      printer.printDot(graph);
+    } else if (format == "json") {
+      std::cout << printer.inJson(*graph.root()).dump(2, ' ', false, json::error_handler_t::replace)
+                << "\n";
+    } else {
+      printer.printTree(*graph.root());
+    }
+    return reportUnread(problems, loader);
+  }
+
+ private:
+  // What may hide includes from the graph.
+  static ExitCode reportUnread(const std::vector<Problem>& problems, const Loader& loader) {
+    ExitCode code = FINE;
+    for (const Problem& problem : problems) {
+      if (problem.rule != "not-well-formed" && problem.rule != "unloadable") continue;
+      std::cout.flush();
+      std::cerr << "zuconfig: " << loader.shown(problem.location) << ": " << problem.message << " ["
+                << problem.rule << "]\n";
+      code = NOT_LOADED;
+    }
+    return code;
+  }
+
+  LoadOptions load;
+  std::string format = "tree";
+  std::string file;
+};
+
+}  // namespace
+
+void addIncludes(CLI::App& app, Chosen& chosen) {
+  addCommand<Includes>(app, chosen);
+}
+
+}  // namespace zuconfig

@@ -1,0 +1,239 @@
+#include "shared/Loader.hpp"
+
+#include <unistd.h>
+
+#include <climits>
+#include <filesystem>
+#include <sstream>
+#include <stdexcept>
+#include <unordered_map>
+
+#include "commands/Command.hpp"
+#include "cppUtil/err/Exception.hpp"
+#include "service/util/locator/ConfigLocator.hpp"
+#include "shared/text.hpp"
+
+namespace zuconfig {
+
+namespace {
+
+using cppUtil::err::Exception;
+using service::util::config::xml::Observer;
+using service::util::locator::ConfigLocator;
+
+constexpr const char* standardInputName = "<stdin>";
+constexpr std::uint32_t topLevelNotFound = 1;
+
+// How often a file may be open at once. Files that include each other in a circle are read until
+// the stack is used up, which takes long; no other files come near this.
+constexpr int mostOpenings = 100;
+
+std::string replaced(std::string text, const std::string& from, const std::string& to) {
+  for (std::size_t at = text.find(from); at != text.npos; at = text.find(from, at + to.size())) {
+    text.replace(at, from.size(), to);
+  }
+  return text;
+}
+
+// path without "." and ".." in it, unless links make that another file.
+std::string normalised(const std::string& path) {
+  if (path.find("/.") == path.npos) return path;
+  const auto normal = std::filesystem::path(path).lexically_normal();
+  std::error_code error;
+  return std::filesystem::equivalent(path, normal, error) ? normal.string() : path;
+}
+
+// Keeps the files that are being read, so that a failure can tell how the load came there, and
+// hands everything on to the origins, when there are any.
+class Trace : public Observer {
+ public:
+  explicit Trace(Origins* origins) : origins(origins) {}
+
+  void fileEntered(const File& file) override {
+    includes.push_back(file.include);
+    if (++open[normalised(file.path)] > mostOpenings) {
+      circle = file.path;
+      throw std::runtime_error("include cycle");
+    }
+    if (origins != nullptr) origins->fileEntered(file);
+  }
+
+  void sectionAdded(const IConfigPtr& parent, const std::string& name, std::uint32_t index,
+                    const IConfigPtr& section, const Location& location) override {
+    if (origins != nullptr) origins->sectionAdded(parent, name, index, section, location);
+  }
+
+  void propertyAdded(const IConfigPtr& config, const std::string& name, std::uint32_t index,
+                     const Location& location) override {
+    if (origins != nullptr) origins->propertyAdded(config, name, index, location);
+  }
+
+  void fileLeft(const File& file) override {
+    includes.pop_back();
+    --open[normalised(file.path)];
+    if (origins != nullptr) origins->fileLeft(file);
+  }
+
+  // Where each open file is included, outermost first; the top-level file is included nowhere.
+  std::vector<Location> includes;
+  std::string circle;  // a file that includes itself, when that ended the load
+
+ private:
+  std::unordered_map<std::string, int> open;
+  Origins* origins;
+};
+
+std::string withoutLineBreakAtEnd(std::string text) {
+  while (!text.empty() && text.back() == '\n') text.pop_back();
+  return text;
+}
+
+std::string currentDirectoryName() {
+  char buffer[PATH_MAX];
+  if (::getcwd(buffer, sizeof buffer) == nullptr) return "";
+  return std::string(buffer) == "/" ? "/" : std::string(buffer) + "/";
+}
+
+}  // namespace
+
+void LoadOptions::defineDirectories(CLI::App& command) {
+  command.add_option("-I", directories, "Look for files in DIR before the search path; repeatable")
+      ->type_name("DIR")
+      ->allow_extra_args(false);
+}
+
+void LoadOptions::define(CLI::App& command) {
+  defineDirectories(command);
+  command.add_flag("--validate", validate, "Check every file against the grammar");
+  defineSchemas(command);
+}
+
+void LoadOptions::defineSchemas(CLI::App& command) {
+  command
+      .add_option("--schema", schemas,
+                  "Validate elements of the namespace NS with the schema at LOCATION; repeatable")
+      ->type_name("NS=LOCATION")
+      ->allow_extra_args(false);
+}
+
+void defineFile(CLI::App& command, std::string& file) {
+  command.add_option("FILE", file, "A configuration file; - is standard input")->required();
+}
+
+Loader::Loader(const LoadOptions& options)
+    : validate(options.validate || !options.schemas.empty()),
+      currentDirectory(currentDirectoryName()) {
+  for (const std::string& schema : options.schemas) {
+    const std::size_t sign = schema.rfind('=');
+    if (sign == schema.npos || sign == 0 || sign + 1 == schema.size()) {
+      throw Failure(USAGE, "--schema " + schema + ": expected NAMESPACE=LOCATION");
+    }
+    schemes.emplace_back(schema.substr(0, sign), schema.substr(sign + 1));
+  }
+  for (auto directory = options.directories.rbegin(); directory != options.directories.rend();
+       ++directory) {
+    prepend(*directory, "-I");
+  }
+}
+
+void Loader::prepend(const std::string& directory, const char* source) {
+  ConfigLocator::prepend(directory);
+  prepended.insert(prepended.begin(), {directory, source});
+}
+
+std::string Loader::resolve(const std::string& file) {
+  if (file == "-") {
+    if (standardInput) throw Failure(USAGE, "standard input can be read once only");
+    standardInput.emplace();
+    prepend("", "for standard input");
+    return standardInput->getPath();
+  }
+  if (startsWith(file, "./")) return currentDirectory + file.substr(2);
+  if (startsWith(file, "../")) return currentDirectory + file;
+  if (ConfigLocator::find(file).empty() && !ConfigLocator::find(currentDirectory + file).empty()) {
+    return currentDirectory + file;
+  }
+  return file;
+}
+
+IConfigPtr Loader::load(const std::string& file) {
+  return load(file, nullptr);
+}
+
+IConfigPtr Loader::load(const std::string& file, Origins& origins) {
+  return load(file, &origins);
+}
+
+IConfigPtr Loader::load(const std::string& file, Origins* origins) {
+  Trace trace(origins);
+  const std::string resolved = resolve(file);
+  try {
+    return service::util::config::xml::create(resolved, schemes, validate, trace);
+  } catch (const Exception& e) {
+    if (e.getCode() == topLevelNotFound && trace.includes.empty()) {
+      throw Failure(NOT_LOADED, notFound(file));
+    }
+    if (!trace.circle.empty()) {
+      throw Failure(NOT_LOADED, shownArgument(file) + ": " + shown(trace.circle) +
+                                    " includes itself, directly or through other files; "
+                                    "\"zuconfig check\" shows the circle");
+    }
+    std::ostringstream text;
+    text << shownArgument(file) << ": " << e.what() << " (0x" << std::hex << e.getCode()
+         << "): " << withoutLineBreakAtEnd(shownText(e.getMessage()))
+         << includeChain(trace.includes);
+    throw Failure(NOT_LOADED, text.str());
+  }
+}
+
+std::string Loader::notFound(const std::string& file) const {
+  return printable(file) + ": not found on the search path, which \"zuconfig path\" shows" +
+         hintForMissing(file, "");
+}
+
+std::string Loader::includeChain(const std::vector<Location>& includes) const {
+  std::string text;
+  for (auto include = includes.rbegin(); include != includes.rend(); ++include) {
+    if (!include->file.empty()) text += "\n  included from " + shown(*include);
+  }
+  return text;
+}
+
+std::string Loader::nameOf(const std::string& path) const {
+  if (standardInput && path == standardInput->getPath()) return standardInputName;
+  const std::string normal = normalised(path);
+  if (normal + "/" == currentDirectory) return ".";
+  const bool isBelow = currentDirectory.size() > 1 && startsWith(normal, currentDirectory.c_str());
+  return isBelow ? normal.substr(currentDirectory.size()) : normal;
+}
+
+std::string Loader::shown(const std::string& path) const {
+  return printable(nameOf(path));
+}
+
+std::string Loader::shown(const Location& location) const {
+  std::string text = shown(location.file);
+  if (location.line > 0) {
+    text += ":" + std::to_string(location.line) + ":" + std::to_string(location.column);
+  }
+  return text;
+}
+
+std::string Loader::shown(const Origins::Origin& origin) const {
+  if (origin.file == nullptr) return "unknown";
+  return shown(Location{origin.file->path, origin.line, origin.column});
+}
+
+std::string Loader::shownText(const std::string& text) const {
+  return standardInput ? replaced(text, standardInput->getPath(), standardInputName) : text;
+}
+
+std::string Loader::shortened(const std::string& text) const {
+  return currentDirectory.size() > 1 ? replaced(text, currentDirectory, "") : text;
+}
+
+std::string shownArgument(const std::string& file) {
+  return file == "-" ? standardInputName : printable(file);
+}
+
+}  // namespace zuconfig

@@ -1,0 +1,89 @@
+// Loads configuration files for the sub-commands, with the options that all of them share.
+#ifndef TOOLS_ZUCONFIG_SHARED_LOADER_HPP
+#define TOOLS_ZUCONFIG_SHARED_LOADER_HPP
+
+#include <CLI/CLI.hpp>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "service/util/config/IConfig.hpp"
+#include "service/util/config/xml/Origins.hpp"
+#include "service/util/config/xml/Session.hpp"
+#include "service/util/config/xml/create.hpp"
+#include "shared/Spool.hpp"
+#include "shared/searchPath.hpp"
+
+namespace zuconfig {
+
+using service::util::config::IConfigPtr;
+using service::util::config::xml::Location;
+using service::util::config::xml::Origins;
+
+struct LoadOptions {
+  void define(CLI::App& command);
+  void defineDirectories(CLI::App& command);
+  void defineSchemas(CLI::App& command);
+
+  std::vector<std::string> directories;  // put before the search path, the first one foremost
+  bool validate = false;
+  std::vector<std::string> schemas;  // NAMESPACE=LOCATION, each; any switches on validation
+};
+
+// Declares the argument FILE, a name for Loader::load.
+void defineFile(CLI::App& command, std::string& file);
+
+class Loader {
+ public:
+  // Puts the directories on the search path of the process. Throws Failure.
+  explicit Loader(const LoadOptions& options);
+
+  // What to ask the library for when the user wrote file: names are looked up along the search
+  // path, then in the current directory; "-" is standard input, which is read whole.
+  std::string resolve(const std::string& file);
+
+  // Both throw Failure with all that is known about what is wrong.
+  IConfigPtr load(const std::string& file);
+  IConfigPtr load(const std::string& file, Origins& origins);
+
+  // The search path as it is for the files that are loaded.
+  std::vector<PathEntry> searchPath() const { return getSearchPath(prepended); }
+
+  // Why file is not there.
+  std::string notFound(const std::string& file) const;
+
+  // A file for other programs: relative when it is below the current directory.
+  std::string nameOf(const std::string& path) const;
+  // A file for the eye.
+  std::string shown(const std::string& path) const;
+  // "file:line:column", or what of it is known.
+  std::string shown(const Location& location) const;
+  std::string shown(const Origins::Origin& origin) const;
+  // A text of the library's, with standard input called by its name.
+  std::string shownText(const std::string& text) const;
+  // text with the files in it relative when they are below the current directory.
+  std::string shortened(const std::string& text) const;
+
+  // For commands that ask the library themselves.
+  const service::util::config::xml::SchemeList& getSchemes() const { return schemes; }
+  bool isValidating() const { return validate; }
+
+ private:
+  void prepend(const std::string& directory, const char* source);
+  IConfigPtr load(const std::string& file, Origins* origins);
+  std::string includeChain(const std::vector<Location>& includes) const;
+
+  service::util::config::xml::Session session;
+  service::util::config::xml::SchemeList schemes;
+  bool validate;
+  std::vector<PathEntry> prepended;
+  std::string currentDirectory;  // ends in a slash; empty when it has no name
+  std::optional<Spool> standardInput;
+};
+
+// For the eye: a file as the user wrote it.
+std::string shownArgument(const std::string& file);
+
+}  // namespace zuconfig
+
+#endif

@@ -1,0 +1,82 @@
+// Text for the eye and for scripts: escapes, selectors, colours, near names.
+#ifndef TOOLS_ZUCONFIG_SHARED_TEXT_HPP
+#define TOOLS_ZUCONFIG_SHARED_TEXT_HPP
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+namespace zuconfig {
+
+// Of ASCII.
+bool isDigit(char c);
+bool isAlphanumeric(char c);
+
+bool startsWith(const std::string& text, const char* start);
+
+// The byte in two hexadecimal digits.
+std::string inHexadecimal(char byte);
+
+// text on one line: backslash, line breaks, tabs and other control characters become \\, \n, \t, \r
+// and \xHH. All other characters stay, in UTF-8.
+std::string escaped(const std::string& text);
+
+// The same without touching backslashes, for text that is to be read only.
+std::string printable(const std::string& text);
+
+// printable, in double quotes.
+std::string quoted(const std::string& text);
+
+// U+FFFD.
+constexpr const char* replacementCharacter = "\xEF\xBF\xBD";
+
+// The character at the front of text, which is UTF-8. length: in bytes, 0 when it is none.
+struct Character {
+  Character(const char* text, std::size_t size);
+
+  char32_t code;
+  std::size_t length;
+};
+
+// text with U+FFFD in place of every byte that is no UTF-8.
+std::string validUtf8(const std::string& text);
+
+// As many columns as text takes, with one for each character.
+std::size_t width(const std::string& text);
+
+// As the XML library counts columns.
+std::size_t utf16Units(const std::string& text);
+
+// The selector path extended by name, which occurs count times.
+std::string joined(const std::string& path, const std::string& name, std::uint32_t index,
+                   std::uint32_t count);
+
+// "1 value", "2 values".
+std::string counted(std::uint64_t count, const std::string& noun);
+
+// Those of the candidates that name may be a misspelling of, the nearest first, three at most.
+// size: how many of the characters count for that; all of them unless it is given.
+std::vector<std::string> nearest(const std::string& name,
+                                 const std::vector<std::string>& candidates,
+                                 std::size_t size = std::string::npos);
+
+// "; did you mean "a" or "b"?", or nothing.
+std::string didYouMean(const std::vector<std::string>& names);
+
+// Terminal colours; all are empty when standard output is no terminal or NO_COLOR is set.
+struct Colours {
+  Colours();
+
+  const char* name = "";
+  const char* value = "";
+  const char* dim = "";
+  const char* good = "";
+  const char* bad = "";
+  const char* warning = "";
+  const char* bold = "";
+  const char* off = "";
+};
+
+}  // namespace zuconfig
+
+#endif

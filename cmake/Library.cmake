@@ -28,6 +28,7 @@ add_library(zuUtilConfigObjects OBJECT
   toolkit/xerces/Parser.cpp
   toolkit/xerces/dom.cpp
   src/load/LoadEvents.cpp
+  src/load/SearchedFirst.cpp
   src/load/describeFile.cpp
   src/load/observer.cpp
   src/load/origins.cpp

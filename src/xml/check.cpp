@@ -15,6 +15,7 @@
 
 #include "cppUtil/err/guarded.hpp"
 #include "cppUtil/fileName/getPath.hpp"
+#include "load/SearchedFirst.hpp"
 #include "load/describeFile.hpp"
 #include "service/util/config/xml/Session.hpp"
 #include "xml/documentCheck.hpp"
@@ -25,6 +26,7 @@ namespace service::util::config::xml {
 namespace {
 
 using internal::Include;
+using internal::SearchedFirst;
 using locator::ConfigLocator;
 
 std::string canonical(const std::string& path) {
@@ -63,40 +65,6 @@ std::string notFoundMessage(const std::string& name) {
   }
   return message;
 }
-
-// A directory at the front of the search path, until it leaves or this is destroyed.
-class SearchedFirst {
- public:
-  explicit SearchedFirst(std::string path) : directory(std::move(path)) {
-    try {
-      ConfigLocator::prepend(directory);
-    } catch (...) {
-      removeQuietly();
-      throw;
-    }
-  }
-  ~SearchedFirst() {
-    if (!hasLeft) removeQuietly();
-  }
-  SearchedFirst(const SearchedFirst&) = delete;
-  SearchedFirst& operator=(const SearchedFirst&) = delete;
-
-  void leave() {
-    ConfigLocator::remove(directory);
-    hasLeft = true;
-  }
-
- private:
-  void removeQuietly() noexcept {
-    try {
-      ConfigLocator::remove(directory);
-    } catch (...) {  // the caller learns of the failure that came first
-    }
-  }
-
-  std::string directory;
-  bool hasLeft = false;
-};
 
 // A file whose includes are being followed.
 struct OpenFile {

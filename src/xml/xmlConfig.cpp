@@ -16,6 +16,7 @@
 #include "cppUtil/internal/stackLeft.hpp"
 #include "cppUtil/logger/Logger.hpp"
 #include "load/LoadEvents.hpp"
+#include "load/SearchedFirst.hpp"
 #include "service/util/config/internal/Config.hpp"
 #include "service/util/config/xml/Session.hpp"
 #include "service/util/config/xml/create.hpp"
@@ -75,23 +76,6 @@ constexpr std::uint32_t infoLevel = CU_INFO;
 constexpr std::size_t sectionStack = 64UL * 1024;
 constexpr std::size_t includeStack = 96UL * 1024;
 constexpr std::size_t uncheckedStack = 32UL * 1024;
-
-// Runs step with directory at the front of the search path. Whatever throws, the step, the prepend
-// or the removal itself, the removal is tried once more and the first exception goes on.
-template <class Step>
-void withDirectory(const std::string& directory, const Step& step) {
-  try {
-    ConfigLocator::prepend(directory);
-    step();
-    ConfigLocator::remove(directory);
-  } catch (...) {
-    try {
-      ConfigLocator::remove(directory);
-    } catch (...) {  // the caller learns of the failure that came first
-    }
-    throw;
-  }
-}
 
 void logParsing(const std::string& fileName) {
   cppUtil::logger::Logger logger(infoLevel);
@@ -190,8 +174,11 @@ XmlConfigParser::XmlConfigParser(const std::string& file, const SchemeList& sche
   const Load running(*this);
   std::optional<LoadEvents> observed;
   if (observer != nullptr) events = &observed.emplace(*observer);
-  reading(events, file, fileName, nullptr,
-          [&] { withDirectory(directory, [&] { parse(config, fileName); }); });
+  reading(events, file, fileName, nullptr, [&] {
+    SearchedFirst beside(directory);
+    parse(config, fileName);
+    beside.leave();
+  });
   events = nullptr;
 }
 
@@ -272,8 +259,11 @@ void XmlConfigParser::parseInclude(const IConfigPtr& config, const DOMElement& e
           << "XMLParser: in file \"" << tag.file << "\" at line " << tag.line << " at column "
           << tag.column << ":  included configuration file '" << text << "' not found!";
     }
-    reading(events, text, path, &element,
-            [&] { withDirectory(cppUtil::fileName::getPath(path), [&] { parse(config, path); }); });
+    reading(events, text, path, &element, [&] {
+      SearchedFirst beside(cppUtil::fileName::getPath(path));
+      parse(config, path);
+      beside.leave();
+    });
   });
 }
 

@@ -15,11 +15,11 @@
 #include <string>
 
 #include "cppUtil/export.hpp"
+#include "service/util/config/Select.hpp"
 
 namespace service::util::config {
 
 class IConfig;
-class Select;
 
 // Shared ownership of a configuration or of one section in it. A section outlives its parent while
 // somebody holds it.
@@ -49,9 +49,9 @@ class ZU_EXPORT IConfig {
   virtual bool getProperty(const std::string& name, std::string& value,
                            std::uint32_t index) const = 0;
 
-  // The same for the property that select names, below this configuration. A section of the
-  // selector that does not exist throws NOT_FOUND, as getSection does; a selector that ends in "."
-  // throws code 1.
+  // The same for the property that select names, below this configuration: a string such as
+  // "network.interface[1].address" converts. A section of the selector that does not exist throws
+  // NOT_FOUND, as getSection does; a selector that ends in "." throws code 1.
   virtual bool getProperty(const Select& select, std::string& value) const = 0;
 
   virtual ~IConfig();

@@ -133,41 +133,69 @@ class Explanation {
     return shownDirectory(file.directory);
   }
 
+  // The sections on the way, each among the others of its name.
   void printSections(const std::vector<Match>& sections) const {
     if (sections.empty()) return;
     heading("sections on the way");
-    printTable(sections, sections.size());
+    std::vector<Row> rows;
+    for (const Match& section : sections) addRows(rows, section);
+    print(rows);
   }
 
   // All indices of a name that repeats.
   void printIndices(const Match& match) const {
+    std::vector<Row> rows;
+    addRows(rows, match);
+    if (rows.size() < 2) return;
+    heading(match.section == nullptr ? "all values of that name" : "all sections of that name");
+    print(rows);
+  }
+
+  static constexpr std::uint32_t mostIndices = 20;
+
+  // A line of a table: a mark, what it is about, and a remark on that.
+  struct Row {
+    const char* mark;
+    std::string text;
+    std::string remark;
+  };
+
+  // A row for each index of the name of match, the first ones when there are many, and a mark at
+  // match itself.
+  void addRows(std::vector<Row>& rows, const Match& match) const {
     const bool isSection = match.section != nullptr;
     const std::uint32_t count = isSection ? match.parent->getSectionCount(match.name)
                                           : match.parent->getPropertyCount(match.name);
-    if (count < 2) return;
+    const auto add = [&](const Match& entry) {
+      const bool isMarked = count > 1 && entry.index == match.index;
+      const bool isDefault = count > 1 && entry.index == 0;
+      rows.push_back(
+          {isMarked ? "* " : "  ",
+           isSection ? entry.path : entry.path + " = " + escaped(entry.value()),
+           loader.shown(originOf(entry)) + (isDefault ? ", taken without an index" : "")});
+    };
+    if (count == 1) return add(match);
     const std::string path = match.path.substr(0, match.path.rfind('['));
-    std::vector<Match> all;
-    for (std::uint32_t i = 0; i < count; ++i) {
-      all.push_back({match.parent, match.name, i, path + "[" + std::to_string(i) + "]",
-                     isSection ? match.parent->getSection(match.name, i) : nullptr});
+    const std::uint32_t first = std::min(count, mostIndices);
+    for (std::uint32_t i = 0; i < first; ++i) {
+      add({match.parent, match.name, i, path + "[" + std::to_string(i) + "]",
+           isSection ? match.parent->getSection(match.name, i) : nullptr});
     }
-    heading(isSection ? "all sections of that name" : "all values of that name");
-    printTable(all, match.index);
+    if (match.index >= first) add(match);
+    const std::uint32_t left = count - first - (match.index >= first ? 1 : 0);
+    if (left > 0) rows.push_back({"  ", "and " + std::to_string(left) + " more", ""});
   }
 
-  // One line for each, and a mark at one.
-  void printTable(const std::vector<Match>& matches, std::size_t marked) const {
-    std::vector<std::string> texts;
+  void print(const std::vector<Row>& rows) const {
     std::size_t widest = 0;
-    for (const Match& match : matches) {
-      texts.push_back(match.path);
-      if (match.section == nullptr) texts.back() += " = " + escaped(match.value());
-      widest = std::max(widest, width(texts.back()));
-    }
-    for (std::size_t i = 0; i < matches.size(); ++i) {
-      std::cout << (i == marked ? "* " : "  ") << texts[i]
-                << std::string(widest - width(texts[i]) + 2, ' ') << colours.dim
-                << loader.shown(originOf(matches[i])) << colours.off << "\n";
+    for (const Row& row : rows) widest = std::max(widest, width(row.text));
+    for (const Row& row : rows) {
+      std::cout << row.mark << row.text;
+      if (!row.remark.empty()) {
+        std::cout << std::string(widest - width(row.text) + 2, ' ') << colours.dim << row.remark
+                  << colours.off;
+      }
+      std::cout << "\n";
     }
   }
 

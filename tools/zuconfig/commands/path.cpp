@@ -27,7 +27,9 @@ struct Path {
     const Loader loader(load);
     if (wanted.empty()) {
       for (const PathEntry& entry : loader.searchPath()) {
-        print(entry.directory.empty() ? "." : entry.directory, entry.source);
+        const std::string reason = whyNoDirectory(entry.directory);
+        print(entry.directory.empty() ? "." : entry.directory,
+              entry.source + (reason.empty() ? "" : ", " + reason));
       }
       return FINE;
     }

@@ -4,6 +4,7 @@
 
 #include <climits>
 #include <filesystem>
+#include <iostream>
 #include <sstream>
 #include <stdexcept>
 #include <unordered_map>
@@ -38,9 +39,10 @@ std::string replaced(std::string text, const std::string& from, const std::strin
 // path without "." and ".." in it, unless links make that another file.
 std::string normalised(const std::string& path) {
   if (path.find("/.") == path.npos) return path;
-  const auto normal = std::filesystem::path(path).lexically_normal();
+  std::string normal = std::filesystem::path(path).lexically_normal().string();
+  if (normal.size() > 1 && normal.back() == '/') normal.pop_back();  // what "/." leaves
   std::error_code error;
-  return std::filesystem::equivalent(path, normal, error) ? normal.string() : path;
+  return std::filesystem::equivalent(path, normal, error) ? normal : path;
 }
 
 // Keeps the files that are being read, so that a failure can tell how the load came there, and
@@ -129,6 +131,11 @@ Loader::Loader(const LoadOptions& options)
       throw Failure(USAGE, "--schema " + schema + ": expected NAMESPACE=LOCATION");
     }
     schemes.emplace_back(schema.substr(0, sign), schema.substr(sign + 1));
+  }
+  for (const std::string& directory : options.directories) {
+    if (const std::string reason = whyNoDirectory(directory); !reason.empty()) {
+      std::cerr << "zuconfig: warning: -I " << printable(directory) << ": " << reason << "\n";
+    }
   }
   for (auto directory = options.directories.rbegin(); directory != options.directories.rend();
        ++directory) {

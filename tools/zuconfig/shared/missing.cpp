@@ -53,6 +53,17 @@ std::string reasonFor(const IConfigPtr& config, const Part& part, const Kind& ki
   return reason + "; there is a " + other.noun + " called " + quoted(others.front());
 }
 
+// A name in config that the parts of pattern from first on spell when their dots belong to it.
+// Empty when there is none.
+std::string dottedName(const IConfigPtr& config, const Pattern& pattern, std::size_t first) {
+  std::string name = pattern.parts[first].name;
+  for (std::size_t i = first + 1; i < pattern.parts.size(); ++i) {
+    name += "." + pattern.parts[i].name;
+    if (config->getPropertyCount(name) + config->getSectionCount(name) > 0) return name;
+  }
+  return "";
+}
+
 }  // namespace
 
 std::vector<Match> sectionsOnTheWay(const IConfigPtr& config, const Pattern& pattern) {
@@ -80,6 +91,10 @@ std::string whyMissing(const IConfigPtr& config, const Pattern& pattern, Wanted 
   const Kind& kind = isSection ? section : property;
   if (part.isGlob || (part.isEveryIndex && ((*at).*kind.count)(part.name) > 0)) {
     return "nothing matches";
+  }
+  if (const std::string name = dottedName(at, pattern, reached.size()); !name.empty()) {
+    return "no section called " + quoted(part.name) + inPlace(path) +
+           "; a name with a dot in it is written in quotes: " + joined(path, name, 0, 1);
   }
   return reasonFor(at, part, kind, isSection ? property : section, path);
 }

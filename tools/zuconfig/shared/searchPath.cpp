@@ -136,6 +136,13 @@ std::vector<PathEntry> getSearchPath(const std::vector<PathEntry>& prepended) {
   return entries;
 }
 
+std::string whyNoDirectory(const std::string& directory) {
+  std::error_code unknown;
+  const auto status = std::filesystem::status(directory.empty() ? "." : directory, unknown);
+  if (std::filesystem::is_directory(status)) return "";
+  return std::filesystem::exists(status) ? "not a directory" : "no such directory";
+}
+
 std::string shownDirectory(const std::string& directory) {
   return directory.empty() ? "the current directory" : printable(directory);
 }

@@ -17,6 +17,9 @@ struct PathEntry {
 // left open where that does not give what is there.
 std::vector<PathEntry> getSearchPath(const std::vector<PathEntry>& prepended);
 
+// Why nothing can be found in directory; empty when it is a directory.
+std::string whyNoDirectory(const std::string& directory);
+
 // A directory of the search path, for the eye.
 std::string shownDirectory(const std::string& directory);
 

@@ -1,86 +1,139 @@
-# Completion of zuconfig in bash 4.4 and later. File names are left to bash, which knows how to quote
-# them: it completes one whenever there is no answer here.
+# Completion of zuconfig in bash 4.4 and later.
+#
+# No text from the line or from a file is ever evaluated: it is taken apart here, and stands in no
+# arithmetic, no subscript and nothing that the shell expands again; what is offered is quoted. What
+# is asked is the zuconfig that the shell finds by that name, whatever the line begins with, and it
+# has a second to answer.
+#
+# File names are left to bash, which knows how to quote them: it completes one whenever there is no
+# answer here. bash-completion loads this file inside a function: a variable would be gone after it.
 
-declare -A _zuconfig_options=(
-  [check]='-I --format --help --ignore --no-validate --schema --strict --validate'
-  [diff]='-I --help --null --schema --validate'
-  [dump]='-I --format --help --null --prefix --schema --validate'
-  [errors]='--help'
-  [explain]='-I --help --schema --validate'
-  [get]='-I --all --default --help --null --origin --schema --validate'
-  [includes]='-I --format --help'
-  [list]='-I --help --null --schema --validate'
-  [path]='-I --help --null'
-  [schema]='--help'
-  [tree]='-I --help --origins --schema --validate'
-)
-declare -A _zuconfig_values=(
-  [check --format]='json sarif text'
-  [check --ignore]='entity-element shadowed-file unknown-element unreachable-name xml'
-  [dump --format]='json paths sh xml'
-  [includes --format]='dot json tree'
-)
-
-# The properties and sections of a file that come next in a selector.
-_zuconfig_selectors() {  # WORD COMMAND LIST_ARGUMENT...
-  local word=$1 quote='' in_name='' section='' entry i
-  shift
-  # A word that begins with a quote goes on in it; any other has its brackets escaped.
-  if [[ $word == [\'\"]* ]]; then
-    quote=${word:0:1}
-    word=${word:1}
-  fi
-  [[ $quote == "'" ]] || word=${word//\\/}
-  # The section is what stands before the last dot that is not in a quoted name.
-  for ((i = 0; i < ${#word}; ++i)); do
-    case ${word:i:1} in
-      '"') [[ $in_name ]] && in_name='' || in_name=1 ;;
-      .) [[ $in_name ]] || section=${word:0:i} ;;
-    esac
-  done
-  [[ $section != *\** ]] || return  # it stands for many
-
-  # An entry with a line break has a value: what should be a section is a property.
-  while IFS= read -rd '' entry; do
-    entry=${section:+$section.}$entry
-    [[ $entry == "$word"* && $entry != *$'\n'* ]] || continue
-    case $quote in
-      '') printf -v entry %q "$entry" ;;
-      '"')
-        entry=${entry//\"/\\\"}
-        [[ $entry != *\" ]] || entry+=\"  # bash takes the last one for the end of the word
-        ;;
-    esac
-    COMPREPLY+=("$entry")
-  done < <("$1" list -0 "${@:2}" ${section:+"$section"} 2>/dev/null </dev/null)
-
-  # A section alone is completed by what it holds; bash would close the quote otherwise.
-  if [[ ${#COMPREPLY[@]} -eq 1 && ${COMPREPLY[0]} == *. ]]; then
-    entry=${COMPREPLY[0]}
-    COMPREPLY=()
-    _zuconfig_selectors "$quote$entry" "$@"
-    if ((${#COMPREPLY[@]} == 0)); then
-      COMPREPLY=("$entry")
-      compopt -o nospace
-    fi
-  fi
+_zuconfig_ask() {
+  command timeout 1 zuconfig "$@" 2>/dev/null </dev/null
 }
 
-# The text that the shell makes of a word, unless it holds more than plain text.
-_zuconfig_unquote() {  # WORD
-  case $1 in
-    \'*\' | \"*\") printf %s "${1:1:-1}" ;;
-    *)
-      local word
-      IFS= read -d '' word < <(printf '%s\0' "$1")  # takes the backslashes off
-      printf %s "${word/#\~/$HOME}"
+# Sets choices to the options of a sub-command, or to the values of one of them.
+_zuconfig_choices() {  # COMMAND [OPTION]
+  case $1:$2 in
+    check:) choices=(-I --format --help --ignore --no-validate --schema --strict --validate) ;;
+    check:--format) choices=(json sarif text) ;;
+    check:--ignore)
+      choices=(entity-element shadowed-file unknown-element unreachable-name xml)
+      ;;
+    diff:) choices=(-I --help --null --schema --validate) ;;
+    dump:) choices=(-I --format --help --null --prefix --schema --validate) ;;
+    dump:--format) choices=(json paths sh xml) ;;
+    errors: | schema:) choices=(--help) ;;
+    explain:) choices=(-I --help --schema --validate) ;;
+    get:) choices=(-I --all --default --help --null --origin --schema --validate) ;;
+    includes:) choices=(-I --format --help) ;;
+    includes:--format) choices=(dot json tree) ;;
+    list:) choices=(-I --help --null --schema --validate) ;;
+    path:) choices=(-I --help --null) ;;
+    tree:) choices=(-I --help --origins --schema --validate) ;;
+    :)
+      choices=(check diff dump errors explain get includes list path schema tree
+        --help --help-all --version)
       ;;
   esac
 }
 
-_zuconfig() {  # COMMAND
-  local tool rest=$COMP_LINE words=() files=() directories=() part i
-  tool=$(_zuconfig_unquote "$1")
+# Sets text to what the shell makes of a word, opened to where its last quote begins and quote to the
+# one that is open at its end. A word that holds more than plain text stays as it is.
+_zuconfig_unquote() {  # WORD
+  local i c
+  text='' opened='' quote=''
+  for ((i = 0; i < ${#1}; ++i)); do
+    c=${1:i:1}
+    case $quote$c in
+      "''" | '""') quote='' ;;
+      "'"?) text+=$c ;;
+      '$' | '`' | '"$' | '"`') text=$1 && return ;;
+      "'" | '"') quote=$c opened=$i ;;
+      \\)
+        ((++i))
+        text+=${1:i:1}
+        ;;
+      '"'\\)
+        [[ ${1:i+1:1} != [\"\\\$\`] ]] || ((++i))
+        text+=${1:i:1}
+        ;;
+      *) text+=$c ;;
+    esac
+  done
+  [[ $1 != '~' && $1 != '~/'* ]] || text=$HOME${text:1}
+}
+
+# Sets entries to the selectors that go on from text by one name and that the open quote can hold.
+# Fails when there is no time left.
+_zuconfig_entries() {  # LIST_ARGUMENT...
+  local section='' in_name='' entry i
+  entries=()
+  # The section is what stands before the last dot that is not in a quoted name.
+  for ((i = 0; i < ${#text}; ++i)); do
+    case $in_name${text:i:1} in
+      '"') in_name='"' ;;
+      '""') in_name='' ;;
+      '"'\\) ((++i)) ;;
+      .) section=${text:0:i} ;;
+    esac
+  done
+  [[ $section != *\** ]] || return 0  # it stands for many
+  while IFS= read -rd '' entry; do
+    ((SECONDS < deadline)) || return
+    entry=${section:+$section.}$entry
+    case $quote:$entry in
+      *$'\n'*) ;;  # with its value: what should be a section is a property
+      \':*\'* | \":*!*) ;;
+      "$quote:$text"*) entries+=("$entry") ;;
+    esac
+  done < <(_zuconfig_ask list -0 "$@" ${section:+"$section"})
+  ((SECONDS < deadline))
+}
+
+_zuconfig_quote() {  # ENTRY
+  local entry=$1
+  case $quote in
+    \') ;;
+    \")
+      entry=${entry//\\/\\\\}
+      entry=${entry//\$/\\\$}
+      entry=${entry//\`/\\\`}
+      entry=${entry//\"/\\\"}
+      [[ $entry != *\" ]] || entry+=\"  # bash takes the last one for the end of the word
+      ;;
+    *)
+      printf -v entry %q "$entry"
+      if [[ $entry != \$\'* ]]; then  # or else bash would begin a word after them
+        entry=${entry//:/\\:}
+        entry=${entry//=/\\=}
+        entry=${entry//@/\\@}
+      fi
+      ;;
+  esac
+  COMPREPLY+=("$entry")
+}
+
+# Completes a selector by what comes next in it.
+_zuconfig_selectors() {  # WORD LIST_ARGUMENT...
+  local text opened quote entries entry found=() deadline=$((SECONDS + 2))
+  _zuconfig_unquote "$1"
+  # What bash replaces begins after a quote and after one of these characters.
+  [[ $quote$opened == ?0 || (! $opened && ! $1 =~ (^|[^\\])[:=@]) ]] || return
+  ((COMP_TYPE != 42)) || quote=''  # insert-completions takes the quote away
+  shift
+  # A section alone is completed by what it holds: bash would close the quote behind it.
+  while _zuconfig_entries "$@" && ((${#entries[@]} > 0)); do
+    found=("${entries[@]}")
+    [[ ${#found[@]} -eq 1 && ${found[0]} == *. ]] || break
+    text=${found[0]}
+  done
+  [[ ${#found[@]} -ne 1 || ${found[0]} != *. ]] || compopt -o nospace
+  for entry in "${found[@]}"; do _zuconfig_quote "$entry"; done
+}
+
+_zuconfig() {
+  local rest=$COMP_LINE words=() files=() directories=() choices=() text opened quote part name i
   COMPREPLY=()
 
   # The words as the command gets them; bash splits them at "=" and ":", too.
@@ -95,15 +148,19 @@ _zuconfig() {  # COMMAND
 
   # What stands between the sub-command and the word to complete.
   for ((i = 2; i < ${#words[@]} - 1; ++i)); do
-    case ${words[i]} in
-      -I) ((++i)) && directories+=(-I "$(_zuconfig_unquote "${words[i]}")") ;;
+    _zuconfig_unquote "${words[i]}"
+    case $text in
+      -I)
+        _zuconfig_unquote "${words[++i]}"
+        directories+=(-I "$text")
+        ;;
       --default | --format | --ignore | --prefix | --schema) ((++i)) ;;
       -?*) ;;
-      *) files+=("$(_zuconfig_unquote "${words[i]}")") ;;
+      *) files+=("$text") ;;
     esac
   done
 
-  local word=${words[-1]} option=${words[-2]} choices='' command=''
+  local word=${words[-1]} option=${words[-2]} command=''
   ((${#words[@]} == 2)) || command=${words[1]}
   if [[ $word == --*=* ]]; then
     option=${word%%=*}
@@ -113,23 +170,27 @@ _zuconfig() {  # COMMAND
     ?*:-I) compopt +o bashdefault +o default -o dirnames; return ;;
     ?*:--schema) return ;;
     ?*:--default | ?*:--prefix) ;;
-    ?*:--format | ?*:--ignore) choices=${_zuconfig_values[$command $option]} ;;
-    :*) choices="${!_zuconfig_options[*]} --help --help-all --version" ;;
+    ?*:--format | ?*:--ignore) _zuconfig_choices "$command" "$option" ;;
+    :*) _zuconfig_choices ;;
     *)
       case $command:${#files[@]}:$word in
-        *:-*) choices=${_zuconfig_options[$command]} ;;
-        errors:0:*) choices=$("$tool" errors | cut -f2) ;;
+        *:-*) _zuconfig_choices "$command" ;;
+        errors:0:*)
+          while IFS=$'\t' read -r _ name _; do choices+=("$name"); done < <(_zuconfig_ask errors)
+          ;;
         errors:* | schema:*) ;;
         *:0:* | diff:1:* | check:*) return ;;
         explain:1:* | get:1:* | list:1:*)
           [[ ${files[0]} == - ]] ||
-            _zuconfig_selectors "$word" "$tool" "${directories[@]}" -- "${files[0]}"
+            _zuconfig_selectors "$word" "${directories[@]}" -- "${files[0]}"
           ;;
       esac
       ;;
   esac
   compopt +o bashdefault +o default
-  [[ ! $choices ]] || COMPREPLY=($(compgen -W "$choices" -- "$word"))
+  for name in "${choices[@]}"; do
+    [[ $name != "$word"* ]] || COMPREPLY+=("$name")
+  done
 }
 
 complete -o bashdefault -o default -F _zuconfig zuconfig

@@ -25,6 +25,7 @@ add_library(zuUtilConfigObjects OBJECT
   support/service/util/locator/ConfigLocator.cpp
   toolkit/xerces/ErrorHandler.cpp
   toolkit/xerces/Exception.cpp
+  toolkit/xerces/LocatedException.cpp
   toolkit/xerces/Parser.cpp
   toolkit/xerces/dom.cpp
   src/load/LoadEvents.cpp

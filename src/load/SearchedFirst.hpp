@@ -1,5 +1,5 @@
-// A directory at the front of the search path, until it leaves or this is destroyed: while a file is
-// read, its includes are looked up beside it first.
+// A directory at the front of the search path, until it leaves or this is destroyed: while a file
+// is read, its includes are looked up beside it first.
 //
 // Changes state of the whole process, as loads do; one thread at a time.
 #ifndef SRC_LOAD_SEARCHEDFIRST_HPP

@@ -7,7 +7,7 @@
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 
-#include "xerces/Exception.hpp"
+#include "xerces/LocatedException.hpp"
 #include "xerces/dom.hpp"
 
 namespace service::util::config::xml::internal {
@@ -108,10 +108,12 @@ void Budget::setLocator(const xercesc::Locator* newLocator) {
 
 void Budget::refuse(const char* reason) {
   heldAllowed = held + graceBytes;
-  throw xerces::Exception() << "XMLParser: in file \"" << currentFile() << "\" at line "
-                            << (locator == nullptr ? 0 : locator->getLineNumber()) << " at column "
-                            << (locator == nullptr ? 0 : locator->getColumnNumber()) << ": "
-                            << reason << "!";
+  xerces::Position position;
+  if (locator != nullptr) {
+    position.line = static_cast<int>(locator->getLineNumber());
+    position.column = static_cast<int>(locator->getColumnNumber());
+  }
+  throw xerces::LocatedException(currentFile(), position, std::string(reason) + "!");
 }
 
 void Budget::expand(std::uint64_t length) {

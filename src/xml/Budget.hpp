@@ -31,8 +31,8 @@ class Budget : public xercesc::MemoryManager {
   Budget(const Budget&) = delete;
   Budget& operator=(const Budget&) = delete;
 
-  // Throws xerces::Exception with the place in the document when a bound is passed or when there is
-  // no memory.
+  // Throws xerces::LocatedException with the place in the document when a bound is passed or when
+  // there is no memory.
   void* allocate(XMLSize_t size) override;
   void deallocate(void* memory) override;
   xercesc::MemoryManager* getExceptionMemoryManager() override;
@@ -53,7 +53,7 @@ class Budget : public xercesc::MemoryManager {
   // stand anywhere.
   void setLocator(const xercesc::Locator* locator);
 
-  // Throws xerces::Exception with the reason and the place.
+  // Throws xerces::LocatedException with the reason and the place.
   [[noreturn]] void refuse(const char* reason);
 
  private:

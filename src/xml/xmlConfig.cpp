@@ -85,8 +85,8 @@ void logParsing(const std::string& fileName) {
 
 void requireKnownNamespace(const DOMElement& root, const SchemeList& schemes) {
   if (internal::isInKnownNamespace(root, schemes)) return;
-  throw xerces::failureAt(root) << ": expected element in the namespace \""
-                                << names::grammarNamespace << "\"!";
+  throw xerces::failureAt(
+      root, std::string("expected element in the namespace \"") + names::grammarNamespace + "\"!");
 }
 
 // The child elements of an element that mean something, by kind, each kind in document order.
@@ -273,7 +273,7 @@ void XmlConfigParser::requireStack(const DOMElement& element, std::size_t bytes)
   const auto* here = static_cast<const char*>(__builtin_frame_address(0));
   if (load == nullptr || static_cast<std::size_t>(load->stackBase - here) < uncheckedStack) return;
   if (cppUtil::internal::stackLeft() >= bytes) return;
-  throw xerces::failureAt(element) << ": files or sections nested too deeply for the stack!";
+  throw xerces::failureAt(element, "files or sections nested too deeply for the stack!");
 }
 
 }  // namespace internal

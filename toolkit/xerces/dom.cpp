@@ -5,7 +5,6 @@
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLString.hpp>
 
-#include "xerces/Exception.hpp"
 #include "xerces/Parser.hpp"
 
 namespace xerces {
@@ -69,12 +68,9 @@ XmlString fromLocal(const std::string& text) {
   return units == nullptr ? XmlString() : units.get();
 }
 
-Exception failureAt(const DOMElement& element) {
+LocatedException failureAt(const DOMElement& element, const std::string& reason) {
   const Parser::LocationTag& tag = Parser::getLocationTag(&element);
-  Exception failure;
-  failure << "XMLParser: in file \"" << tag.file << "\" at line " << tag.line << " at column "
-          << tag.column;
-  return failure;
+  return {tag.file, {tag.line, tag.column}, reason};
 }
 
 std::list<DOMElement*> namedChildElements(const DOMElement& element, const XmlString& name) {
@@ -91,7 +87,7 @@ std::list<DOMElement*> namedChildElements(const DOMElement& element, const XmlSt
 void match(const DOMElement& element, const XmlString& name) {
   const XMLCh* localName = element.getLocalName();
   if (localName != nullptr && XMLString::compareString(localName, name.c_str()) == 0) return;
-  throw failureAt(element) << ": expected element called \"" << transcode(name) << "\"!";
+  throw failureAt(element, "expected element called \"" + transcode(name) + "\"!");
 }
 
 std::string mandatoryAttribute(const DOMElement& element, const XmlString& name) {
@@ -99,7 +95,7 @@ std::string mandatoryAttribute(const DOMElement& element, const XmlString& name)
   const XMLCh* text = attribute == nullptr ? nullptr : onlyTextOf(*attribute);
   std::string value = transcode(text != nullptr ? text : element.getAttribute(name.c_str()));
   if (value.empty()) {
-    throw failureAt(element) << ": expected attribute \"" << transcode(name) << "\"!";
+    throw failureAt(element, "expected attribute \"" + transcode(name) + "\"!");
   }
   return value;
 }
@@ -108,7 +104,7 @@ std::string textContent(const DOMElement& element) {
   const XMLCh* content = onlyTextOf(element);
   std::string text = transcode(content != nullptr ? content : element.getTextContent());
   if (text.empty()) {
-    throw failureAt(element) << ": expected element to have a text content!";
+    throw failureAt(element, "expected element to have a text content!");
   }
   return text;
 }

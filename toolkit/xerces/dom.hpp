@@ -1,8 +1,8 @@
 // Reading a DOM: children by name, mandatory attributes and text, with located errors.
 //
-// What a helper rejects it reports as a xerces::Exception that starts with the place of the
-// element, "XMLParser: in file "F" at line L at column C", taken from the element's location tag.
-// Names are UTF-16, results are in the local code page. A DOM belongs to one thread at a time.
+// What a helper rejects it reports as a xerces::LocatedException with the place of the element,
+// taken from its location tag. Names are UTF-16, results are in the local code page. A DOM belongs
+// to one thread at a time.
 #ifndef XERCES_DOM_HPP
 #define XERCES_DOM_HPP
 
@@ -10,7 +10,7 @@
 #include <string>
 #include <xercesc/dom/DOMElement.hpp>
 
-#include "xerces/Exception.hpp"
+#include "xerces/LocatedException.hpp"
 
 namespace xerces {
 
@@ -23,8 +23,8 @@ std::string transcode(const XMLCh* text);
 // Converts from the local code page.
 XmlString fromLocal(const std::string& text);
 
-// The start of a message about element: its place, as above.
-Exception failureAt(const xercesc::DOMElement& element);
+// What is wrong with element, to be thrown.
+LocatedException failureAt(const xercesc::DOMElement& element, const std::string& reason);
 
 // The direct children of element that are elements with the local name `name`, whatever their
 // namespace, in document order. The DOM keeps them.

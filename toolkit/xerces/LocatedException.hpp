@@ -1,0 +1,34 @@
+// A failure at a place in a file: the text that people read, and its parts for programs.
+//
+// It stays inside the library. An object belongs to one thread at a time.
+#ifndef XERCES_LOCATEDEXCEPTION_HPP
+#define XERCES_LOCATEDEXCEPTION_HPP
+
+#include <string>
+
+#include "xerces/Exception.hpp"
+#include "xerces/Position.hpp"
+
+namespace xerces {
+
+class LocatedException : public Exception {
+ public:
+  // The text is "XMLParser: in file "FILE" at line LINE at column COLUMN: REASON".
+  LocatedException(std::string file, Position position, std::string reason);
+  LocatedException(const LocatedException&) = default;
+  LocatedException& operator=(const LocatedException&) = default;
+  ~LocatedException() override;
+
+  const std::string& getFile() const { return file; }
+  Position getPosition() const { return position; }
+  const std::string& getReason() const { return reason; }
+
+ private:
+  std::string file;
+  Position position;
+  std::string reason;
+};
+
+}  // namespace xerces
+
+#endif

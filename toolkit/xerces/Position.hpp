@@ -1,0 +1,18 @@
+// A place in a file, as the XML library counts: from 1, columns in UTF-16 units; 0 where unknown.
+#ifndef XERCES_POSITION_HPP
+#define XERCES_POSITION_HPP
+
+namespace xerces {
+
+struct Position {
+  int line = 0;
+  int column = 0;
+};
+
+inline bool operator==(const Position& a, const Position& b) {
+  return a.line == b.line && a.column == b.column;
+}
+
+}  // namespace xerces
+
+#endif

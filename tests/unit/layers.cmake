@@ -43,3 +43,5 @@ check(support FILES support/*.hpp support/*.cpp
   FORBIDDEN ${xml_library} ${toolkit} ${model} ${loader} ${rooms})
 check(platform FILES platform/*.h platform/*.hpp platform/*.cpp
   FORBIDDEN ${xml_library} ${toolkit} ${model} ${loader} ${support})
+
+check(shared FILES tools/zuconfig/shared/*.hpp tools/zuconfig/shared/*.cpp FORBIDDEN "\"commands/")

@@ -8,26 +8,10 @@
 #include <CLI/CLI.hpp>
 #include <functional>
 #include <memory>
-#include <stdexcept>
-#include <string>
+
+#include "shared/Failure.hpp"
 
 namespace zuconfig {
-
-// What the process ends with; scripts rely on the numbers.
-enum ExitCode : int {
-  FINE = 0,
-  NO = 1,          // not found, different, or errors were found
-  USAGE = 2,       // wrong usage or a malformed selector
-  NOT_LOADED = 3,  // a file cannot be loaded, or the output cannot be written
-};
-
-// Ends the command: the text goes to standard error, the code to the caller.
-class Failure : public std::runtime_error {
- public:
-  Failure(ExitCode code, const std::string& text) : std::runtime_error(text), code(code) {}
-
-  const ExitCode code;
-};
 
 // The run of the sub-command that the command line chose.
 using Chosen = std::function<ExitCode()>;

@@ -9,9 +9,9 @@
 #include <stdexcept>
 #include <unordered_map>
 
-#include "commands/Command.hpp"
 #include "cppUtil/err/Exception.hpp"
 #include "service/util/locator/ConfigLocator.hpp"
+#include "shared/Failure.hpp"
 #include "shared/text.hpp"
 
 namespace zuconfig {

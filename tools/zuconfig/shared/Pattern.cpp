@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-#include "commands/Command.hpp"
 #include "service/util/config/visit.hpp"
+#include "shared/Failure.hpp"
 #include "shared/text.hpp"
 
 namespace zuconfig {

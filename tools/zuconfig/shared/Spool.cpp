@@ -7,7 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 
-#include "commands/Command.hpp"
+#include "shared/Failure.hpp"
 
 namespace zuconfig {
 

@@ -4,8 +4,8 @@
 #include <nlohmann/json.hpp>
 #include <vector>
 
-#include "commands/Command.hpp"
 #include "service/util/config/visit.hpp"
+#include "shared/Failure.hpp"
 #include "shared/text.hpp"
 
 namespace zuconfig {

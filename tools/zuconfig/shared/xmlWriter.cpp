@@ -1,7 +1,7 @@
 // The XML form of a dump. White space is kept: in attributes it is written as references, because a
 // parser makes blanks of it otherwise, and so are carriage returns everywhere.
-#include "commands/Command.hpp"
 #include "service/util/config/visit.hpp"
+#include "shared/Failure.hpp"
 #include "shared/text.hpp"
 #include "shared/writers.hpp"
 

@@ -20,6 +20,7 @@ add_library(zuUtilConfigObjects OBJECT
   support/cppUtil/err/platformCall.cpp
   support/cppUtil/fileName/getPath.cpp
   support/cppUtil/internal/stackLeft.cpp
+  support/cppUtil/internal/text.cpp
   support/cppUtil/logger/Logger.cpp
   support/service/util/config/errorModule.cpp
   support/service/util/locator/ConfigLocator.cpp

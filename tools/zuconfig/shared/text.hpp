@@ -6,7 +6,15 @@
 #include <string>
 #include <vector>
 
+#include "cppUtil/internal/text.hpp"
+
 namespace zuconfig {
+
+using cppUtil::internal::didYouMean;
+using cppUtil::internal::inHexadecimal;
+using cppUtil::internal::nearest;
+using cppUtil::internal::printable;
+using cppUtil::internal::quoted;
 
 // Of ASCII.
 bool isDigit(char c);
@@ -14,18 +22,9 @@ bool isAlphanumeric(char c);
 
 bool startsWith(const std::string& text, const char* start);
 
-// The byte in two hexadecimal digits.
-std::string inHexadecimal(char byte);
-
 // text on one line: backslash, line breaks, tabs and other control characters become \\, \n, \t, \r
 // and \xHH. All other characters stay, in UTF-8.
 std::string escaped(const std::string& text);
-
-// The same without touching backslashes, for text that is to be read only.
-std::string printable(const std::string& text);
-
-// printable, in double quotes.
-std::string quoted(const std::string& text);
 
 // U+FFFD.
 constexpr const char* replacementCharacter = "\xEF\xBF\xBD";
@@ -53,15 +52,6 @@ std::string joined(const std::string& path, const std::string& name, std::uint32
 
 // "1 value", "2 values".
 std::string counted(std::uint64_t count, const std::string& noun);
-
-// Those of the candidates that name may be a misspelling of, the nearest first, three at most.
-// size: how many of the characters count for that; all of them unless it is given.
-std::vector<std::string> nearest(const std::string& name,
-                                 const std::vector<std::string>& candidates,
-                                 std::size_t size = std::string::npos);
-
-// "; did you mean "a" or "b"?", or nothing.
-std::string didYouMean(const std::vector<std::string>& names);
 
 // Terminal colours; all are empty when standard output is no terminal or NO_COLOR is set.
 struct Colours {

@@ -97,7 +97,7 @@ ExitCode run(int argc, char** argv) {
     return code;
   } catch (const Failure& e) {
     std::cout.flush();
-    std::cerr << "zuconfig: " << e.what() << "\n";
+    if (*e.what() != '\0') std::cerr << "zuconfig: " << e.what() << "\n";
     return e.code;
   } catch (const std::ios_base::failure&) {
     throw;

@@ -43,8 +43,9 @@ void SourceText::addInvalid() {
 }
 
 std::optional<std::string> SourceText::line(const std::string& file, int number) {
+  if (number < 1) return std::nullopt;  // also of what is no file to read
   read(file);
-  if (number < 1 || static_cast<std::size_t>(number) > lines.size()) return std::nullopt;
+  if (static_cast<std::size_t>(number) > lines.size()) return std::nullopt;
   return lines[static_cast<std::size_t>(number) - 1];
 }
 

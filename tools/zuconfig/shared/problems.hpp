@@ -2,12 +2,14 @@
 #ifndef TOOLS_ZUCONFIG_SHARED_PROBLEMS_HPP
 #define TOOLS_ZUCONFIG_SHARED_PROBLEMS_HPP
 
+#include <ostream>
 #include <string>
 #include <vector>
 
 #include "service/util/config/xml/check.hpp"
 #include "shared/Loader.hpp"
 #include "shared/SourceText.hpp"
+#include "shared/text.hpp"
 
 namespace zuconfig {
 
@@ -35,7 +37,8 @@ Finding describe(const Problem& problem, const Loader& loader, SourceText& sourc
 
 const char* nameOf(Severity severity);
 
-void printText(const std::vector<Finding>& findings, const Loader& loader, SourceText& source);
+void printText(std::ostream& out, const Colours& colours, const std::vector<Finding>& findings,
+               const Loader& loader, SourceText& source);
 void printJson(const std::vector<Finding>& findings, const Loader& loader);
 void printSarif(const std::vector<Finding>& findings, const Loader& loader);
 

@@ -48,7 +48,8 @@ struct Excerpt {
   std::size_t end = 0;
 };
 
-void printExcerpt(const Range& range, SourceText& source, const Colours& colours) {
+void printExcerpt(std::ostream& out, const Colours& colours, const Range& range,
+                  SourceText& source) {
   const auto line = source.line(range.file, range.line);
   if (!line || line->empty()) return;
   const bool isOneLine = range.endLine == range.line;
@@ -62,8 +63,8 @@ void printExcerpt(const Range& range, SourceText& source, const Colours& colours
   marks += colours.good;
   marks += '^';
   if (excerpt.end > excerpt.start + 1) marks += std::string(excerpt.end - excerpt.start - 1, '~');
-  std::cout << std::setw(5) << range.line << " | " << text << "\n      | " << marks << colours.off
-            << "\n";
+  out << std::setw(5) << range.line << " | " << text << "\n      | " << marks << colours.off
+      << "\n";
 }
 
 std::string shownRange(const Range& range, const Loader& loader) {
@@ -121,16 +122,16 @@ json sarifResult(const Finding& finding, const Loader& loader) {
 
 }  // namespace
 
-void printText(const std::vector<Finding>& findings, const Loader& loader, SourceText& source) {
-  const Colours colours;
+void printText(std::ostream& out, const Colours& colours, const std::vector<Finding>& findings,
+               const Loader& loader, SourceText& source) {
   for (const Finding& finding : findings) {
     const bool isError = finding.problem.severity == Severity::ERROR;
-    std::cout << colours.bold << shownRange(finding.range, loader) << ": " << colours.off
-              << (isError ? colours.bad : colours.warning) << nameOf(finding.problem.severity)
-              << ": " << colours.off << finding.message << " [" << finding.problem.rule << "]\n";
-    printExcerpt(finding.range, source, colours);
+    out << colours.bold << shownRange(finding.range, loader) << ": " << colours.off
+        << (isError ? colours.bad : colours.warning) << nameOf(finding.problem.severity) << ": "
+        << colours.off << finding.message << " [" << finding.problem.rule << "]\n";
+    printExcerpt(out, colours, finding.range, source);
     for (const Range& include : finding.includes) {
-      std::cout << shownRange(include, loader) << ": note: included from here\n";
+      out << shownRange(include, loader) << ": note: included from here\n";
     }
   }
 }

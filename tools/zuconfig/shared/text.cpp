@@ -88,10 +88,10 @@ std::string counted(std::uint64_t count, const std::string& noun) {
   return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }
 
-Colours::Colours() {
+Colours::Colours(int stream) {
   const char* terminal = std::getenv("TERM");
   const bool isDumb = terminal != nullptr && std::strcmp(terminal, "dumb") == 0;
-  if (::isatty(STDOUT_FILENO) == 0 || isSet("NO_COLOR") || isDumb) return;
+  if (::isatty(stream) == 0 || isSet("NO_COLOR") || isDumb) return;
   name = "\033[1;34m";
   value = "\033[32m";
   dim = "\033[2m";

@@ -53,9 +53,10 @@ std::string joined(const std::string& path, const std::string& name, std::uint32
 // "1 value", "2 values".
 std::string counted(std::uint64_t count, const std::string& noun);
 
-// Terminal colours; all are empty when standard output is no terminal or NO_COLOR is set.
+// Terminal colours; all are empty when the stream, a file descriptor, is no terminal or NO_COLOR is
+// set.
 struct Colours {
-  Colours();
+  explicit Colours(int stream = 1);
 
   const char* name = "";
   const char* value = "";

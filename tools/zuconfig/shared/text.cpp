@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <nlohmann/json.hpp>
 
 #include "service/util/config/visit.hpp"
 
@@ -64,6 +65,20 @@ std::string validUtf8(const std::string& text) {
     at += c.length == 0 ? 1 : c.length;
   }
   return result;
+}
+
+std::string inJson(const std::string& text) {
+  return nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+}
+
+std::string indentation(std::size_t columns) {
+  constexpr std::size_t most = 80;
+  return std::string(std::min(columns, most), ' ');
+}
+
+std::string deeper(const std::string& indent, bool isLast) {
+  constexpr std::size_t most = 80;
+  return width(indent) < most ? indent + (isLast ? "    " : "│   ") : indent;
 }
 
 std::size_t width(const std::string& text) {

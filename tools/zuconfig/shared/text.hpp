@@ -40,6 +40,17 @@ struct Character {
 // text with U+FFFD in place of every byte that is no UTF-8.
 std::string validUtf8(const std::string& text);
 
+// text as a string of JSON; bytes that are no UTF-8 are replaced.
+std::string inJson(const std::string& text);
+
+// So many blanks, but no more than keep a line readable: what is nested deeply would consist of
+// blanks otherwise.
+std::string indentation(std::size_t columns);
+
+// The same for a tree that is drawn: what stands before the children of an entry that stands behind
+// indent, and that is the last one of its parent or not.
+std::string deeper(const std::string& indent, bool isLast);
+
 // As many columns as text takes, with one for each character.
 std::size_t width(const std::string& text);
 

@@ -1,5 +1,5 @@
-// Text for the eye: safe to show, and near names. Internal to the library and its command, which are
-// both built with it.
+// Text for the eye: safe to show, and near names. Internal to the library and its command, which
+// are both built with it.
 #ifndef CPPUTIL_INTERNAL_TEXT_HPP
 #define CPPUTIL_INTERNAL_TEXT_HPP
 

@@ -1,6 +1,5 @@
 // zuconfig check: all that is wrong with configuration files and what they include, at once.
 #include <algorithm>
-#include <iostream>
 #include <set>
 #include <tuple>
 
@@ -48,11 +47,11 @@ struct Check {
       }
     }
     if (format == "json") {
-      printJson(findings, loader);
+      printJson(findings, loader, source);
     } else if (format == "sarif") {
-      printSarif(findings, loader);
+      printSarif(findings, loader, source);
     } else {
-      printText(std::cout, Colours(), findings, loader, source);
+      printText(findings, loader, source);
     }
     return codeFor(findings);
   }

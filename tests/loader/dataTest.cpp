@@ -1,8 +1,8 @@
 // Loader cases as folders of real files, run through the installed face of the library.
 //
 // Each folder below tests/data holds a file `case` and a file `expected`, which is the whole
-// configuration, as dump() writes it, or the whole failure, as report() does. {CASE} stands for the
-// folder, {POINTER} for an address.
+// configuration, as printed() writes it, or the whole failure, as report() does. {CASE} stands for
+// the folder, {POINTER} for an address.
 
 #include <gtest/gtest.h>
 
@@ -13,49 +13,12 @@
 #include "LoaderState.hpp"
 #include "cppUtil/err/Exception.hpp"
 #include "placeholders.hpp"
-#include "service/util/config/internal/Config.hpp"
+#include "printed.hpp"
 #include "service/util/config/xml/create.hpp"
 
 namespace {
 
 namespace fs = std::filesystem;
-using service::util::config::IConfig;
-using service::util::config::internal::Config;
-
-std::string escaped(const std::string& text) {
-  std::string result = "\"";
-  for (const char c : text) {
-    if (c == '\n') {
-      result += "\\n";
-    } else if (c == '\t') {
-      result += "\\t";
-    } else if (c == '"' || c == '\\') {
-      result += {'\\', c};
-    } else {
-      result += c;
-    }
-  }
-  return result + "\"";
-}
-
-// One line for each value and section; names in byte order, occurrences in the order of their
-// index, the content of a section below it.
-void dump(const IConfig& node, const std::string& indent, std::ostream& out) {
-  const auto& config = dynamic_cast<const Config&>(node);
-  for (const std::string& name : config.getPropertyNames()) {
-    for (std::uint32_t i = 0; i < config.getPropertyCount(name); ++i) {
-      std::string value;
-      EXPECT_TRUE(config.getProperty(name, value, i)) << name << i;
-      out << indent << escaped(name) << "[" << i << "] = " << escaped(value) << "\n";
-    }
-  }
-  for (const std::string& name : config.getSectionNames()) {
-    for (std::uint32_t i = 0; i < config.getSectionCount(name); ++i) {
-      out << indent << escaped(name) << "[" << i << "]:\n";
-      dump(*config.getSection(name, i), indent + "  ", out);
-    }
-  }
-}
 
 void report(const cppUtil::err::Exception& e, std::ostream& out) {
   out << "code " << e.getCode() << "\nsystem error " << e.getSystemErrorCode() << "\nfile "
@@ -67,8 +30,7 @@ void report(const cppUtil::err::Exception& e, std::ostream& out) {
 std::string outcomeOf(const Case& test, const fs::path& folder) {
   std::ostringstream out;
   try {
-    const auto config = service::util::config::xml::create(test.file, test.schemes, test.validate);
-    dump(*config, "", out);
+    out << printed(service::util::config::xml::create(test.file, test.schemes, test.validate));
   } catch (const cppUtil::err::Exception& e) {
     report(e, out);
   }

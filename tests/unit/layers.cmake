@@ -7,7 +7,7 @@ set(xml_library "[<\"]xercesc/")
 set(toolkit "[<\"]xerces/")
 set(model "[<\"]service/util/config/(IConfig|Select|internal/)")
 set(loader "[<\"]service/util/config/(xml|grammar)/")
-set(rooms "\"(load|plain|xml|bind|live|report)/")  # the hidden headers of the rooms above the model
+set(rooms "\"(load|plain|xml|bind|live)/")  # the hidden headers of the rooms above the model
 set(support "[<\"](cppUtil|service/util/locator)/")
 set(export "[<\"]cppUtil/export\\.hpp[>\"]")
 
@@ -37,14 +37,11 @@ check(model FILES src/model/*.hpp src/model/*.cpp
   include/service/util/config/visit.hpp
   include/service/util/config/internal/*.hpp
   FORBIDDEN ${xml_library} ${toolkit} ${loader} ${rooms})
-check(report FILES src/report/*.hpp src/report/*.cpp FORBIDDEN ${xml_library} ${toolkit}
-  "\"(load|plain|xml|bind|live)/")
 check(toolkit FILES toolkit/*.hpp toolkit/*.cpp FORBIDDEN ${model} ${loader} ${rooms} ${support}
   ALLOWED ${export})
 check(support FILES support/*.hpp support/*.cpp
   FORBIDDEN ${xml_library} ${toolkit} ${model} ${loader} ${rooms})
 check(platform FILES platform/*.h platform/*.hpp platform/*.cpp
   FORBIDDEN ${xml_library} ${toolkit} ${model} ${loader} ${support})
+
 check(shared FILES tools/zuconfig/shared/*.hpp tools/zuconfig/shared/*.cpp FORBIDDEN "\"commands/")
-check(command FILES tools/*.hpp tools/*.cpp
-  FORBIDDEN ${xml_library} ${toolkit} "\"(load|plain|xml|bind|live)/")

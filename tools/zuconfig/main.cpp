@@ -11,7 +11,7 @@
 #include <iostream>
 
 #include "commands/Command.hpp"
-#include "cppUtil/err/describe.hpp"
+#include "cppUtil/err/Exception.hpp"
 #include "shared/text.hpp"
 
 namespace {
@@ -97,12 +97,12 @@ ExitCode run(int argc, char** argv) {
     return code;
   } catch (const Failure& e) {
     std::cout.flush();
-    std::cerr << "zuconfig: " << e.what() << "\n";
+    if (*e.what() != '\0') std::cerr << "zuconfig: " << e.what() << "\n";
     return e.code;
   } catch (const std::ios_base::failure&) {
     throw;
   } catch (const cppUtil::err::Exception& e) {
-    std::cerr << "zuconfig: " << cppUtil::err::describe(e) << "\n";
+    std::cerr << "zuconfig: " << e.what() << ": " << e.getMessage() << "\n";
   } catch (const std::exception& e) {
     std::cerr << "zuconfig: " << e.what() << "\n";
   }

@@ -1,5 +1,6 @@
 // zuconfig check: all that is wrong with configuration files and what they include, at once.
 #include <algorithm>
+#include <iostream>
 #include <set>
 #include <tuple>
 
@@ -47,11 +48,11 @@ struct Check {
       }
     }
     if (format == "json") {
-      printJson(findings, loader, source);
+      printJson(findings, loader);
     } else if (format == "sarif") {
-      printSarif(findings, loader, source);
+      printSarif(findings, loader);
     } else {
-      printText(findings, loader, source);
+      printText(std::cout, Colours(), findings, loader, source);
     }
     return codeFor(findings);
   }

@@ -5,10 +5,10 @@
 
 #include "commands/Command.hpp"
 #include "cppUtil/fileName/getPath.hpp"
-#include "report/SourceText.hpp"
 #include "service/util/config/visit.hpp"
 #include "shared/Loader.hpp"
 #include "shared/Pattern.hpp"
+#include "shared/SourceText.hpp"
 #include "shared/missing.hpp"
 #include "shared/text.hpp"
 
@@ -89,10 +89,10 @@ class Explanation {
     if (origin.line == 0) std::cout << ", in an empty tag: its line is not known";
     std::cout << "\n";
     if (origin.file == nullptr) return;
-    const auto tag = source.rangeOf({origin.file->path, origin.line, origin.column});
-    const std::string line = source.excerpt(tag.start()).text();
-    const std::size_t start = line.find_first_not_of(" \t");
-    if (start != line.npos) std::cout << "    " << line.substr(start) << "\n";
+    if (const auto line = source.line(origin.file->path, origin.line)) {
+      const std::size_t start = line->find_first_not_of(" \t");
+      std::cout << "    " << escaped(start == line->npos ? "" : line->substr(start)) << "\n";
+    }
   }
 
   // The include chain, outermost first.
@@ -202,7 +202,7 @@ class Explanation {
   const Loader& loader;
   const Origins& origins;
   const Colours colours;
-  service::util::config::report::SourceText source;
+  SourceText source;
 };
 
 struct Explain {

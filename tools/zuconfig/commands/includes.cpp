@@ -1,10 +1,11 @@
 // zuconfig includes: which file includes which. Reads all files that a load would read, also when
 // some are missing or include each other in a circle.
-#include <filesystem>
+#include <sys/stat.h>
+
 #include <iostream>
 #include <list>
 #include <map>
-#include <nlohmann/json.hpp>
+#include <optional>
 #include <set>
 
 #include "commands/Command.hpp"
@@ -17,8 +18,6 @@ namespace zuconfig {
 namespace {
 
 namespace xml = service::util::config::xml;
-using json = nlohmann::ordered_json;
-
 enum class Kind { FILE, AGAIN, CYCLE, MISSING };
 
 // One include, or the top-level file.
@@ -38,23 +37,22 @@ class Graph : public xml::Observer {
     node.name = file.name;
     node.path = file.path;
     node.include = file.include;
-    const std::string identity = canonical(file.path);
-    if (openPaths.count(identity) > 0) {
+    const auto identity = identityOf(file.path);
+    if (identity && openFiles.count(*identity) > 0) {
       node.kind = Kind::CYCLE;
-    } else if (!seen.insert(identity).second) {
+    } else if (identity && !seen.insert(*identity).second) {
       node.kind = Kind::AGAIN;
     }
-    if (!open.empty()) open.back()->includes.push_back(&node);
-    open.push_back(&node);
-    openPaths.insert(identity);
+    if (!open.empty()) open.back().node->includes.push_back(&node);
+    open.push_back({&node, identity ? openFiles.insert(*identity) : openFiles.end()});
   }
 
   // A file whose includes turned up only now, because the search path is another one, was not shown
   // as it is here.
-  void fileLeft(const File& file) override {
-    Node& node = *open.back();
-    if (node.kind == Kind::AGAIN && !node.includes.empty()) node.kind = Kind::FILE;
-    openPaths.erase(openPaths.find(canonical(file.path)));
+  void fileLeft(const File& /*file*/) override {
+    const auto [node, identity] = open.back();
+    if (!node->includes.empty()) node->kind = Kind::FILE;
+    if (identity != openFiles.end()) openFiles.erase(identity);
     open.pop_back();
   }
 
@@ -79,16 +77,26 @@ class Graph : public xml::Observer {
   const std::list<Node>& all() const { return nodes; }
 
  private:
-  static std::string canonical(const std::string& path) {
-    std::error_code error;
-    const auto result = std::filesystem::canonical(path, error);
-    return error ? path : result.string();
+  using Identity = std::pair<dev_t, ino_t>;
+  using Identities = std::multiset<Identity>;
+
+  // A file that is being read, as it was when it was entered: it may be another one when it is
+  // left.
+  struct Open {
+    Node* node;
+    Identities::iterator identity;  // in openFiles; its end when the file was gone already
+  };
+
+  static std::optional<Identity> identityOf(const std::string& path) {
+    struct stat status = {};
+    if (::stat(path.c_str(), &status) != 0) return std::nullopt;
+    return Identity(status.st_dev, status.st_ino);
   }
 
-  std::list<Node> nodes;    // in the order of reading
-  std::vector<Node*> open;  // outermost first
-  std::multiset<std::string> openPaths;
-  std::set<std::string> seen;
+  std::list<Node> nodes;   // in the order of reading
+  std::vector<Open> open;  // outermost first
+  Identities openFiles;
+  std::set<Identity> seen;
 };
 
 const char* remarkOf(Kind kind) {
@@ -126,7 +134,7 @@ class GraphPrinter {
                                    : "├── ")
                 << colours.off;
       printNode(*entry.node);
-      const std::string indent = isRoot ? "" : entry.indent + (entry.isLast ? "    " : "│   ");
+      const std::string indent = isRoot ? "" : deeper(entry.indent, entry.isLast);
       const auto& includes = entry.node->includes;
       for (auto node = includes.rbegin(); node != includes.rend(); ++node) {
         todo.push_back({*node, indent, node == includes.rbegin()});
@@ -149,17 +157,31 @@ class GraphPrinter {
     std::cout << "}\n";
   }
 
-  json inJson(const Node& node) const {
-    json object = {{"name", node.name}};
-    if (!node.path.empty()) object["file"] = loader.nameOf(node.path);
-    if (!node.include.file.empty()) {
-      object["line"] = node.include.line;
-      object["column"] = node.include.column;
+  // Each include stands in the "includes" of its file. However deep they are, the stack is not.
+  void printJson(const Node& root) const {
+    struct Level {
+      const Node* node;
+      std::size_t next;  // of its includes
+    };
+    std::vector<Level> levels;  // outermost first
+    printFields(root, 0);
+    levels.push_back({&root, 0});
+    while (!levels.empty()) {
+      Level& level = levels.back();
+      const auto& includes = level.node->includes;
+      const std::size_t depth = 4 * levels.size();
+      if (level.next < includes.size()) {
+        const Node& node = *includes[level.next];
+        std::cout << (level.next++ == 0 ? "\n" : ",\n") << indentation(depth);
+        printFields(node, depth);
+        levels.push_back({&node, 0});
+      } else {
+        if (!includes.empty()) std::cout << "\n" << indentation(depth - 2);
+        std::cout << "]\n" << indentation(depth - 4) << "}";
+        levels.pop_back();
+      }
     }
-    if (node.kind != Kind::FILE) object["remark"] = remarkOf(node.kind);
-    object["includes"] = json::array();
-    for (const Node* included : node.includes) object["includes"].push_back(inJson(*included));
-    return object;
+    std::cout << "\n";
   }
 
  private:
@@ -175,6 +197,22 @@ class GraphPrinter {
                 << colours.off;
     }
     std::cout << "\n";
+  }
+
+  // Up to the beginning of the includes.
+  void printFields(const Node& node, std::size_t depth) const {
+    const std::string separator = ",\n" + indentation(depth + 2);
+    std::cout << "{\n" << indentation(depth + 2) << "\"name\": " << inJson(node.name);
+    if (!node.path.empty())
+      std::cout << separator << "\"file\": " << inJson(loader.nameOf(node.path));
+    if (!node.include.file.empty()) {
+      std::cout << separator << "\"line\": " << node.include.line << separator
+                << "\"column\": " << node.include.column;
+    }
+    if (node.kind != Kind::FILE) {
+      std::cout << separator << "\"remark\": " << inJson(remarkOf(node.kind));
+    }
+    std::cout << separator << "\"includes\": [";
   }
 
   std::string inDot(const Node& node) const {
@@ -212,8 +250,7 @@ struct Includes {
     if (format == "dot") {
       printer.printDot(graph);
     } else if (format == "json") {
-      std::cout << printer.inJson(*graph.root()).dump(2, ' ', false, json::error_handler_t::replace)
-                << "\n";
+      printer.printJson(*graph.root());
     } else {
       printer.printTree(*graph.root());
     }

@@ -43,7 +43,7 @@ class TreePrinter : public Visitor {
     }
     std::cout << "\n";
     indents.push_back(indent.size());
-    indent += isLast ? "    " : "│   ";
+    indent = deeper(indent, isLast);
     descend(section);
     return true;
   }

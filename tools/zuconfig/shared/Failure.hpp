@@ -15,7 +15,7 @@ enum ExitCode : int {
   NOT_LOADED = 3,  // a file cannot be loaded, or the output cannot be written
 };
 
-// Ends the command: the text goes to standard error, the code to the caller.
+// Ends the command: the text goes to standard error unless it is empty, the code to the caller.
 class Failure : public std::runtime_error {
  public:
   Failure(ExitCode code, const std::string& text) : std::runtime_error(text), code(code) {}

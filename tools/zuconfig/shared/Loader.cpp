@@ -5,13 +5,13 @@
 #include <climits>
 #include <filesystem>
 #include <iostream>
-#include <sstream>
 #include <stdexcept>
 #include <unordered_map>
 
 #include "cppUtil/err/Exception.hpp"
 #include "service/util/locator/ConfigLocator.hpp"
 #include "shared/Failure.hpp"
+#include "shared/problems.hpp"
 #include "shared/text.hpp"
 
 namespace zuconfig {
@@ -23,14 +23,13 @@ using service::util::config::xml::Observer;
 using service::util::locator::ConfigLocator;
 
 constexpr const char* standardInputName = "<stdin>";
-constexpr std::uint32_t topLevelNotFound = 1;
 
 // How often a file may be open at once. Files that include each other in a circle are read until
 // the stack is used up, which takes long; no other files come near this.
 constexpr int mostOpenings = 100;
 
 std::string replaced(std::string text, const std::string& from, const std::string& to) {
-  for (std::size_t at = text.find(from); at != text.npos; at = text.find(from, at + to.size())) {
+  for (std::size_t at = 0; (at = text.find(from, at)) != text.npos; at += to.size()) {
     text.replace(at, from.size(), to);
   }
   return text;
@@ -45,18 +44,14 @@ std::string normalised(const std::string& path) {
   return std::filesystem::equivalent(path, normal, error) ? normal : path;
 }
 
-// Keeps the files that are being read, so that a failure can tell how the load came there, and
-// hands everything on to the origins, when there are any.
-class Trace : public Observer {
+// Ends the load of files that include each other in a circle, and hands everything on to the
+// origins, when there are any.
+class CircleBreaker : public Observer {
  public:
-  explicit Trace(Origins* origins) : origins(origins) {}
+  explicit CircleBreaker(Origins* origins) : origins(origins) {}
 
   void fileEntered(const File& file) override {
-    includes.push_back(file.include);
-    if (++open[normalised(file.path)] > mostOpenings) {
-      circle = file.path;
-      throw std::runtime_error("include cycle");
-    }
+    if (++open[normalised(file.path)] > mostOpenings) throw std::runtime_error("include cycle");
     if (origins != nullptr) origins->fileEntered(file);
   }
 
@@ -71,14 +66,9 @@ class Trace : public Observer {
   }
 
   void fileLeft(const File& file) override {
-    includes.pop_back();
     --open[normalised(file.path)];
     if (origins != nullptr) origins->fileLeft(file);
   }
-
-  // Where each open file is included, outermost first; the top-level file is included nowhere.
-  std::vector<Location> includes;
-  std::string circle;  // a file that includes itself, when that ended the load
 
  private:
   std::unordered_map<std::string, int> open;
@@ -172,38 +162,33 @@ IConfigPtr Loader::load(const std::string& file, Origins& origins) {
 }
 
 IConfigPtr Loader::load(const std::string& file, Origins* origins) {
-  Trace trace(origins);
+  CircleBreaker observer(origins);
   const std::string resolved = resolve(file);
   try {
-    return service::util::config::xml::create(resolved, schemes, validate, trace);
+    return service::util::config::xml::create(resolved, schemes, validate, observer);
   } catch (const Exception& e) {
-    if (e.getCode() == topLevelNotFound && trace.includes.empty()) {
-      throw Failure(NOT_LOADED, notFound(file));
-    }
-    if (!trace.circle.empty()) {
-      throw Failure(NOT_LOADED, shownArgument(file) + ": " + shown(trace.circle) +
-                                    " includes itself, directly or through other files; "
-                                    "\"zuconfig check\" shows the circle");
-    }
-    std::ostringstream text;
-    text << shownArgument(file) << ": " << e.what() << " (0x" << std::hex << e.getCode()
-         << "): " << withoutLineBreakAtEnd(shownText(e.getMessage()))
-         << includeChain(trace.includes);
-    throw Failure(NOT_LOADED, text.str());
+    if (printErrors(resolved)) throw Failure(NOT_LOADED, "");
+    throw Failure(NOT_LOADED, shownArgument(file) + ": " + e.what() + ": " +
+                                  withoutLineBreakAtEnd(shownText(e.getMessage())));
   }
+}
+
+// Prints what a check finds, when there is an error in it, and tells whether there was.
+bool Loader::printErrors(const std::string& resolved) const {
+  SourceText source;
+  std::vector<Finding> findings;
+  bool isError = false;
+  for (const Problem& problem : service::util::config::xml::check(resolved, schemes, validate)) {
+    isError = isError || problem.severity == Severity::ERROR;
+    findings.push_back(describe(problem, *this, source));
+  }
+  if (isError) printText(std::cerr, Colours(STDERR_FILENO), findings, *this, source);
+  return isError;
 }
 
 std::string Loader::notFound(const std::string& file) const {
   return printable(file) + ": not found on the search path, which \"zuconfig path\" shows" +
          hintForMissing(file, "");
-}
-
-std::string Loader::includeChain(const std::vector<Location>& includes) const {
-  std::string text;
-  for (auto include = includes.rbegin(); include != includes.rend(); ++include) {
-    if (!include->file.empty()) text += "\n  included from " + shown(*include);
-  }
-  return text;
 }
 
 std::string Loader::nameOf(const std::string& path) const {
@@ -232,7 +217,11 @@ std::string Loader::shown(const Origins::Origin& origin) const {
 }
 
 std::string Loader::shownText(const std::string& text) const {
-  return standardInput ? replaced(text, standardInput->getPath(), standardInputName) : text;
+  if (!standardInput) return text;
+  const std::string& path = standardInput->getPath();
+  std::error_code unknown;
+  const auto directory = std::filesystem::canonical(path.substr(0, path.rfind('/')), unknown);
+  return replaced(replaced(text, path, standardInputName), directory.string() + ", ", "");
 }
 
 std::string Loader::shortened(const std::string& text) const {

@@ -42,7 +42,8 @@ class Loader {
   // path, then in the current directory; "-" is standard input, which is read whole.
   std::string resolve(const std::string& file);
 
-  // Both throw Failure with all that is known about what is wrong.
+  // Both print all that is wrong to standard error when the load fails, as check does, and then
+  // throw Failure.
   IConfigPtr load(const std::string& file);
   IConfigPtr load(const std::string& file, Origins& origins);
 
@@ -59,7 +60,8 @@ class Loader {
   // "file:line:column", or what of it is known.
   std::string shown(const Location& location) const;
   std::string shown(const Origins::Origin& origin) const;
-  // A text of the library's, with standard input called by its name.
+  // A text of the library's, with standard input called by its name, and without the directory in
+  // lists of directories that its copy is in.
   std::string shownText(const std::string& text) const;
   // text with the files in it relative when they are below the current directory.
   std::string shortened(const std::string& text) const;
@@ -71,7 +73,7 @@ class Loader {
  private:
   void prepend(const std::string& directory, const char* source);
   IConfigPtr load(const std::string& file, Origins* origins);
-  std::string includeChain(const std::vector<Location>& includes) const;
+  bool printErrors(const std::string& resolved) const;
 
   service::util::config::xml::Session session;
   service::util::config::xml::SchemeList schemes;

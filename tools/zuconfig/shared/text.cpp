@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cstdlib>
 #include <cstring>
+#include <nlohmann/json.hpp>
 
 #include "service/util/config/visit.hpp"
 
@@ -31,19 +32,63 @@ bool startsWith(const std::string& text, const char* start) {
   return text.rfind(start, 0) == 0;
 }
 
+std::string escaped(const std::string& text) {
+  std::string result;
+  for (const char c : text) result += c == '\\' ? "\\\\" : printable({c});
+  return result;
+}
+
+Character::Character(const char* text, std::size_t size) : length(0) {
+  const auto lead = static_cast<unsigned char>(*text);
+  code = lead;
+  if (lead < 0x80) {
+    length = 1;
+    return;
+  }
+  if (lead < 0xC2 || lead > 0xF4) return;
+  const std::size_t expected = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+  if (expected > size) return;
+  code = lead & (0x7FU >> expected);
+  for (std::size_t i = 1; i < expected; ++i) {
+    const auto byte = static_cast<unsigned char>(text[i]);
+    if ((byte & 0xC0) != 0x80) return;
+    code = code << 6 | (byte & 0x3F);
+  }
+  length = expected;
+}
+
 std::string validUtf8(const std::string& text) {
   std::string result;
   for (std::size_t at = 0; at < text.size();) {
     const Character c(text.data() + at, text.size() - at);
-    result += c.isValid() ? text.substr(at, c.length) : replacementCharacter;
-    at += c.step();
+    result += c.length == 0 ? replacementCharacter : text.substr(at, c.length);
+    at += c.length == 0 ? 1 : c.length;
   }
   return result;
+}
+
+std::string inJson(const std::string& text) {
+  return nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+}
+
+std::string indentation(std::size_t columns) {
+  constexpr std::size_t most = 80;
+  return std::string(std::min(columns, most), ' ');
+}
+
+std::string deeper(const std::string& indent, bool isLast) {
+  constexpr std::size_t most = 80;
+  return width(indent) < most ? indent + (isLast ? "    " : "│   ") : indent;
 }
 
 std::size_t width(const std::string& text) {
   return static_cast<std::size_t>(
       std::count_if(text.begin(), text.end(), [](char c) { return (c & 0xC0) != 0x80; }));
+}
+
+std::size_t utf16Units(const std::string& text) {
+  return width(text) + static_cast<std::size_t>(std::count_if(
+                           text.begin(), text.end(), [](char c) { return (c & 0xF8) == 0xF0; }));
 }
 
 std::string joined(const std::string& path, const std::string& name, std::uint32_t index,
@@ -58,10 +103,10 @@ std::string counted(std::uint64_t count, const std::string& noun) {
   return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }
 
-Colours::Colours() {
+Colours::Colours(int stream) {
   const char* terminal = std::getenv("TERM");
   const bool isDumb = terminal != nullptr && std::strcmp(terminal, "dumb") == 0;
-  if (::isatty(STDOUT_FILENO) == 0 || isSet("NO_COLOR") || isDumb) return;
+  if (::isatty(stream) == 0 || isSet("NO_COLOR") || isDumb) return;
   name = "\033[1;34m";
   value = "\033[32m";
   dim = "\033[2m";

@@ -1,7 +1,6 @@
 #include "shared/writers.hpp"
 
 #include <algorithm>
-#include <nlohmann/json.hpp>
 #include <vector>
 
 #include "service/util/config/visit.hpp"
@@ -69,10 +68,8 @@ class JsonWriter : public Visitor {
     bool hasNames;  // in the object that is open
   };
 
-  static std::string inJson(const std::string& text) { return nlohmann::json(text).dump(); }
-
   void indent(std::size_t more) const {
-    out << "\n" << std::string(4 * levels.size() + 2 * more - 4, ' ');
+    out << "\n" << indentation(4 * levels.size() + 2 * more - 4);
   }
 
   void open() {

@@ -77,7 +77,7 @@ class XmlWriter : public Visitor {
   }
 
  private:
-  void indent() { out << std::string(2 * depth, ' '); }
+  void indent() { out << indentation(2 * depth); }
 
   void writeText(const std::string& text, bool isAttribute) {
     for (std::size_t at = 0; at < text.size();) {

@@ -27,10 +27,10 @@ class Config;
 class ZU_EXPORT Select {
  public:
   // Both throw cppUtil::err::Exception: INVALID_SELECT (0x3000000) when text is malformed, code 1
-  // when it is null. They convert, so that config.getProperty("a.b", value) reads well.
+  // when it is null. They convert implicitly, for calls such as config.getProperty("a.b", value).
   //
-  // An index is taken modulo 2^32. A selector that ends in "." is accepted and names no property:
-  // a query with it fails.
+  // An index is taken modulo 2^32. A text that ends in "." makes a Select that names no property; a
+  // query with it fails.
   Select(const char* text);
   Select(const std::string& text);
 

@@ -1,7 +1,7 @@
-// Enumeration: what a configuration holds, without knowing its names.
+// Enumeration: what a configuration holds, for callers that do not know its names.
 //
-// Stands on the model and is the counterpart of IConfig, which answers for names that the caller
-// knows. Threads: as for reading a configuration; nothing may be added to it during a visit.
+// Stands on the model. Threads: as for reading a configuration; nothing may be added to it during a
+// visit.
 #ifndef SERVICE_UTIL_CONFIG_VISIT_HPP
 #define SERVICE_UTIL_CONFIG_VISIT_HPP
 
@@ -14,11 +14,12 @@
 
 namespace service::util::config {
 
-// The names that have at least one value, and those that have at least one section, each once, in
-// byte order. Together with the counts of IConfig they show the whole content.
+// The names of all properties of config, and of all its sections: each name once, in byte order.
+// Together with the counts of IConfig they show the whole content.
 //
-// All functions below throw cppUtil::err::Exception with code 1 when config is null, and with code
-// 5 when it is not of this library's making: IConfig alone does not tell its names.
+// Every function below that takes a configuration throws cppUtil::err::Exception: code 1 when it is
+// null, code 5 when its class is not derived from internal::Config, because IConfig alone cannot
+// list its names.
 ZU_EXPORT std::vector<std::string> getPropertyNames(const IConfigPtr& config);
 ZU_EXPORT std::vector<std::string> getSectionNames(const IConfigPtr& config);
 
@@ -29,7 +30,7 @@ ZU_EXPORT bool isSelectable(const std::string& name);
 // quotes, with the escapes of JSON for double quotes, backslashes and control characters.
 ZU_EXPORT std::string spellName(const std::string& name);
 
-// A value or a section as a visit comes by. The references are valid during the call only.
+// The value or section that a visit is at. The references are valid during the call only.
 struct Visited {
   const IConfigPtr& parent;  // the configuration or section that holds it
   const std::string& name;
@@ -40,8 +41,9 @@ struct Visited {
   // name that occurs once in its section has no index; one that repeats always has, be it 0.
   const std::string& path;
 
-  // Whether a Select can be made of path (for a section: of path and a property below it). Not when
-  // a name on the way is not selectable, nor for the properties of the configuration itself.
+  // For a value: whether a Select can be made of path. It cannot when a name on the path is not
+  // selectable, nor for a property of the configuration that is visited itself. For a section:
+  // whether a Select can be made of path, a dot and the name of a property.
   bool selectable;
 };
 
@@ -59,9 +61,9 @@ class ZU_EXPORT Visitor {
   virtual void leaveSection(const Visited& visited, const IConfigPtr& section);
 };
 
-// Visits everything below config: of each section first the properties, then the sections; names in
-// byte order, occurrences of a name by index. What the visitor throws ends the visit and reaches
-// the caller unchanged. However deep the tree, the stack is not.
+// Visits everything below config: in each section first the properties, then the sections; names in
+// byte order, one name by index. What the visitor throws ends the visit and reaches the caller
+// unchanged. A deep tree does not need a deep stack.
 ZU_EXPORT void visit(const IConfigPtr& config, Visitor& visitor);
 
 }  // namespace service::util::config

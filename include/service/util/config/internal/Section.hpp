@@ -1,7 +1,7 @@
 // A small tree of named sections with single-valued properties, independent of IConfig.
 //
-// Other than in a configuration, a property has exactly one value, the first one set is kept, and
-// two children of one section may not share a name. Names are compared byte by byte.
+// Unlike in a configuration, a property has exactly one value, the first that is set, and the
+// children of one section have different names. Names are compared byte by byte.
 //
 // Failures are cppUtil::err::Exception with an empty message. Threads: any number of threads may
 // read a section while none changes it.
@@ -38,8 +38,8 @@ class ZU_EXPORT Section {
   // The child called name; an empty pointer when there is none.
   SectionPtr getSection(const std::string& name) const;
 
-  // Stores value unless the property already has one, which is then kept. Names and values may be
-  // empty.
+  // Stores value, unless the property already has one: then nothing changes. Names and values may
+  // be empty.
   void setProperty(const std::string& name, const std::string& value);
 
   // The value of the property name. When there is none: throws NOT_FOUND (0x3000001) if it is

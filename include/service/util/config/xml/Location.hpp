@@ -6,8 +6,8 @@
 
 namespace service::util::config::xml {
 
-// line and column count from 1. For an element they say where its start tag ends, which is the
-// first character after it. Elements written as empty tags have a file only; line and column are 0.
+// line and column count from 1. For an element they are the place of the first character after its
+// start tag. An element that is written as an empty tag has a file only; its line and column are 0.
 struct Location {
   std::string file;
   int line = 0;

@@ -1,8 +1,8 @@
-// A witness of a load: it is told of every file, section and property in the order in which they
+// Watches a load: it is called for every file, section and property, in the order in which they
 // enter the configuration.
 //
 // Made for tools that explain a configuration; Origins is one. A load without an observer does none
-// of the work behind these calls. They come on the thread that loads.
+// of the work behind these calls. All calls are made on the thread that loads.
 #ifndef SERVICE_UTIL_CONFIG_XML_OBSERVER_HPP
 #define SERVICE_UTIL_CONFIG_XML_OBSERVER_HPP
 
@@ -25,12 +25,12 @@ class ZU_EXPORT Observer {
     std::string name;  // as it is written in the call of create or in the include
     std::string path;  // what the search path made of it
 
-    // The entry of the search path that path was found in; empty as well for the current directory
-    // and when name is absolute.
+    // The entry of the search path that path was found in. Empty means the current directory, or
+    // that name is absolute.
     std::string directory;
 
-    // Files of the same name in directories further down the path, in order; never path itself
-    // under another spelling.
+    // Files of the same name in later directories of the search path, in its order. None of
+    // them is path itself under another name.
     std::vector<locator::ConfigLocator::Match> shadowed;
 
     Location include;                // of the include; without a file for the top-level file
@@ -39,9 +39,10 @@ class ZU_EXPORT Observer {
 
   virtual ~Observer();
 
-  // Each does nothing unless overridden. The arguments are valid during the call. What one throws
-  // ends the load: it reaches the caller as xml::create translates everything, and no further call
-  // is made; neither is one when the load fails by itself.
+  // Each does nothing unless overridden. The arguments are valid during the call only. When one
+  // throws, the load fails: the caller of create gets a cppUtil::err::Exception unchanged, a
+  // std::exception as code 6 with its what(), anything else as code 7. After a failure, of the load
+  // or of the observer, there are no further calls.
 
   // A file is about to be parsed.
   virtual void fileEntered(const File& file);

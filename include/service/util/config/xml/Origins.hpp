@@ -4,9 +4,9 @@
 //   const IConfigPtr config = create("app.xml", {}, false, origins);
 //   const Origins::Origin origin = origins.of(config->getSection("network", 0), "address", 0);
 //
-// A record takes 32 bytes for each value and section, names and files are kept once. The object
-// keeps the configuration alive, because it knows its sections by their identity. Threads: any
-// number may ask once the load is over.
+// It takes 32 bytes for each value and section; names and files are kept once. It also keeps the
+// configuration alive, because it knows sections by their address. Threads: any number may ask once
+// the load is over.
 #ifndef SERVICE_UTIL_CONFIG_XML_ORIGINS_HPP
 #define SERVICE_UTIL_CONFIG_XML_ORIGINS_HPP
 
@@ -23,9 +23,8 @@ namespace service::util::config::xml {
 
 class ZU_EXPORT Origins : public Observer {
  public:
-  // Where a value or section stands. The include chain is that of file: file->include says where it
-  // is included, file->includer by whom, and so on up to the top-level file, whose includer is
-  // null.
+  // Where a value or section stands. file->include says where its file is included, and
+  // file->includer in which file; so it goes on up to the top-level file, whose includer is null.
   struct Origin {
     const File* file = nullptr;  // owned by the Origins; null when nothing is known
     int line = 0;                // as in Location

@@ -1,8 +1,8 @@
 // Loading a configuration from XML files.
 //
-// A load changes process-wide state while it runs, the search path and the initialisation of the
-// XML library, and puts both back on every way out. Loads must therefore not overlap. The
-// configuration that comes out is independent of all that.
+// A load changes two things of the whole process while it runs: the search path, and whether the
+// XML library is initialised. It puts both back, also when it fails. Loads must therefore not
+// overlap. The configuration that comes out depends on neither.
 #ifndef SERVICE_UTIL_CONFIG_XML_CREATE_HPP
 #define SERVICE_UTIL_CONFIG_XML_CREATE_HPP
 
@@ -20,15 +20,14 @@ using SchemeList = std::list<std::pair<std::string, std::string>>;
 
 // Loads the file and everything it includes.
 //
-// file: a name that is looked up along the configuration search path; while a file is read, its own
-// directory stands at the front of the path. validate: checks every file against the grammar of
-// configuration files and, where they use further namespaces, the given schemas; without it schemes
-// is not used.
+// file: a name that is looked up along the configuration search path. While a file is read, its own
+// directory stands at the front of the path. validate: whether to check every file against the
+// grammar of configuration files. schemes: the schemas of further namespaces, used only when
+// validating; a relative location starts at the directory of the document that is read.
 //
-// Throws cppUtil::err::Exception: code 1 when the file is not found, 3 when an included one is not,
-// 6 when a document is malformed or invalid, an element lacks a name or a text, or a C++ library
-// failed, 7 when something failed that gives no reason; or the code of a failed platform call. On
-// failure nothing is returned.
+// Throws cppUtil::err::Exception: code 1 when the file is not found; 3 when an included one is not;
+// 6 when a document is malformed or invalid, when an element has no name or no text, and for any
+// std::exception; 7 for anything else that was thrown; or the code of a platform call that failed.
 ZU_EXPORT IConfigPtr create(const std::string& file, const SchemeList& schemes, bool validate);
 
 }  // namespace service::util::config::xml

@@ -8,6 +8,30 @@ import collections
 import pathlib
 import sys
 
+NO_SUCH_INPUT = "the XML library may give no document, root or text, but no known input makes it"
+# Why the tests do not reach some lines of a file. Of all files, one side of a comparison or of a
+# short && may be decided by the other side in all inputs.
+REASONS = {
+    "Budget.cpp": ["a size that leaves no room for a header: nobody can ask for it"],
+    "platform/locator/src/ConfigLocator.cpp": ["no memory for the first search path: only loads that have one are tried"],
+    "ErrorRecord.cpp": ["exceptions of unknown types: a platform library breaks its contract"],
+    "FileSource.cpp": ["calls cut short by a signal cannot be timed",
+                       "position and content type: a class of this kind must have them"],
+    "LenientParser.cpp": [NO_SUCH_INPUT],
+    "platform/cutil/src/Logger.cpp": ["a call cut short by a signal, a faster thread: they cannot be timed"],
+    "Parser.cpp": [NO_SUCH_INPUT, "no memory for the place of an error: it would fail elsewhere first",
+                   "notices of the DOM: a class of this kind must have them"],
+    "StackTrace.cpp": ["no memory for the names of the stack: only loads that succeed are tried"],
+    "documentCheck.cpp": [NO_SUCH_INPUT],
+    "dom.cpp": [NO_SUCH_INPUT],
+    "observer.cpp": ["a default that does nothing"],
+    "platformCall.cpp": ["null texts: a platform library breaks its contract"],
+    "section.cpp": ["it only returns a value; the test of the installed tree uses it"],
+    "stackLeft.cpp": ["a stack that the system does not know: the program switches stacks itself"],
+    "validation.cpp": ["errors in the grammar: it is part of the library"],
+    "withoutXmlExceptions.hpp": ["no step after the parse throws these; they must not leave if one did"],
+    "xmlConfig.cpp": [NO_SUCH_INPUT],
+}
 FORMAT = "{:<52}{:>6}{:>8}{:>8}{:>10}{:>8}{:>8}"
 
 
@@ -64,7 +88,7 @@ def print_table(files):
 
 
 def print_missed(files):
-    print("\nNot reached:")
+    print("\nNot reached, and why:")
     for path, file in files.items():
         source = pathlib.Path(path).read_text().splitlines()
         missed = collections.defaultdict(list)
@@ -75,10 +99,14 @@ def print_missed(files):
             what = "never false" if side else "never true"
             if count == 0 and missed[number] != ["never"] and what not in missed[number]:
                 missed[number].append(what)
-        for number, what in sorted(missed.items()):
-            text = source[number - 1].strip()
-            if what and text not in ("}", "{", ""):
-                print(f"  {path}:{number}: {', '.join(what)}: {text}")
+        lines = [f"  {path}:{number}: {', '.join(what)}: {source[number - 1].strip()}"
+                 for number, what in sorted(missed.items())
+                 if what and source[number - 1].strip() not in ("}", "{", "")]
+        if lines:
+            print("\n" + "\n".join(lines))
+            for name, reasons in REASONS.items():
+                if path.endswith("/" + name) or path == name:
+                    print("".join(f"    {reason}\n" for reason in reasons), end="")
 
 
 if __name__ == "__main__":

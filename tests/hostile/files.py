@@ -2,7 +2,6 @@
 kernel would open is the one that is read, and whatever cannot be read is an error."""
 
 import os
-import socket
 from xml.sax.saxutils import escape
 
 from harness import Row, config, failed, loaded, prop, reported, write
@@ -49,10 +48,6 @@ def found():
 
 
 def not_found():
-    def socket_file(d):
-        with socket.socket(socket.AF_UNIX) as one:
-            one.bind(str(d / "x.xml"))
-
     def unreadable(mode_of):
         def make(d):
             write(d, {"d/x.xml": RIGHT})
@@ -60,27 +55,18 @@ def not_found():
             (d / mode_of).chmod(0)
         return make
 
-    def linked(target):
-        return lambda d: os.symlink(target, d / "x.xml")
-
     # For root, nothing is unreadable.
     as_nobody = {"arguments": ["--uid", "65534"]} if os.geteuid() == 0 else {}
     nothing = lambda d: None
     yield "nothing", "x.xml", nothing, {}
     yield "a FIFO", "x.xml", lambda d: os.mkfifo(d / "x.xml"), {}
-    yield "a link to a FIFO", "x.xml", lambda d: (os.mkfifo(d / "f"), linked("f")(d)), {}
     yield "a directory", "x.xml", lambda d: write(d, {"x.xml/x.xml": RIGHT}), {}
     yield "a file as a directory", "x.xml/", lambda d: write(d, {"x.xml": RIGHT}), {}
-    yield "a socket", "x.xml", socket_file, {}
     yield "/dev/zero", "/dev/zero", nothing, {}
-    yield "/dev/null", "/dev/null", nothing, {}
     yield "an unreadable file", "d/x.xml", unreadable("d/x.xml"), as_nobody
     yield "a file in an unreadable directory", "d/x.xml", unreadable("d"), as_nobody
-    yield "a broken link", "x.xml", linked("none.xml"), {}
-    yield "a link loop", "x.xml", linked("x.xml"), {}
+    yield "a link loop", "x.xml", lambda d: os.symlink("x.xml", d / "x.xml"), {}
     yield "a name that is too long", "n" * 252 + ".xml", nothing, {}
-    yield "a path that is too long", "./" * 2048 + "x.xml", lambda d: write(d, {"x.xml": RIGHT}), {}
-    yield "a URL of another machine", "http://127.0.0.1:1/x.xml", nothing, {}
 
 
 def of_length(directory, length):
@@ -100,8 +86,7 @@ def long_paths():
 
 
 def odd_names(port):
-    for name in ("a b", " ", "a%20b", "%", "a#b", "a?b", "a\nb", "a&b", "a\\b", "~", "é€😀",
-                 "C:", f"http://127.0.0.1:{port}/x", f"file://127.0.0.1:{port}/x"):
+    for name in ("a b", "a%20b", "%", "a#b", "a\nb", "a\\b", "é€😀", f"http://127.0.0.1:{port}/x"):
         file = f"{name}/{name}.xml"
         directory = os.path.dirname(file)
         yield Row(f"named {name!r}", {

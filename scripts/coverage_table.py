@@ -13,7 +13,8 @@ NO_SUCH_INPUT = "the XML library may give no document, root or text, but no know
 # short && may be decided by the other side in all inputs.
 REASONS = {
     "Budget.cpp": ["a size that leaves no room for a header: nobody can ask for it"],
-    "platform/locator/src/ConfigLocator.cpp": ["no memory for the first search path: only loads that have one are tried"],
+    "platform/locator/src/ConfigLocator.cpp": [
+        "no memory for the first search path: only loads that have one are tried"],
     "ErrorRecord.cpp": ["exceptions of unknown types: a platform library breaks its contract"],
     "FileSource.cpp": ["calls cut short by a signal cannot be timed",
                        "position and content type: a class of this kind must have them"],

@@ -1,7 +1,7 @@
 // The translation boundary: whatever a guarded step throws leaves it as cppUtil::err::Exception.
 //
 // An Exception passes unchanged; a std::exception becomes code 6 with its what() as the message, a
-// C string code 7 with that text, anything else code 7 without a message. Internal to the library.
+// C string code 7 with that text, anything else code 7 without a message. Hidden.
 #ifndef CPPUTIL_ERR_GUARDED_HPP
 #define CPPUTIL_ERR_GUARDED_HPP
 

@@ -1,4 +1,4 @@
-// Turns a failed call of the platform libraries into an exception. Internal to the adapters.
+// Turns a failed call of the platform libraries into an exception. Hidden.
 #ifndef CPPUTIL_ERR_PLATFORMCALL_HPP
 #define CPPUTIL_ERR_PLATFORMCALL_HPP
 

@@ -1,5 +1,5 @@
 // The texts of the configuration module's error codes, apart from their registration so that they
-// can be tested. Internal to the library. Any thread.
+// can be tested. Hidden. Any thread.
 #ifndef SERVICE_UTIL_CONFIG_ERRORTEXTS_HPP
 #define SERVICE_UTIL_CONFIG_ERRORTEXTS_HPP
 

@@ -1,9 +1,8 @@
 // The one exception type that callers of the library see.
 //
-// It says what failed (an error code of the registry and a composed message), where (source file,
-// function signature and line of the throw site) and how control came there (the stack at the
-// moment of construction). Part of the support layer. An object belongs to one thread at a time;
-// what() may be called on any thread.
+// It says what failed (an error code and a message), where it was raised (source file, function and
+// line), and has the stack of the moment when it was made. Part of the support layer. An object
+// belongs to one thread at a time; what() may be called on any thread.
 #ifndef CPPUTIL_ERR_EXCEPTION_HPP
 #define CPPUTIL_ERR_EXCEPTION_HPP
 

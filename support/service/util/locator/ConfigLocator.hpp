@@ -1,8 +1,8 @@
 // The process-wide search path on which configuration files are found.
 //
-// Adapter over the locator library; it keeps no state and takes no lock of its own. A change made
-// here is seen by the look-ups of every thread. Every operation throws cppUtil::err::Exception with
-// the platform's code and error record when a platform call fails.
+// Adapter over the locator library, without state or locks of its own. All threads share the path:
+// a change is seen by the look-ups of every thread. Every operation throws cppUtil::err::Exception
+// with the platform's code and error record when a platform call fails.
 #ifndef SERVICE_UTIL_LOCATOR_CONFIGLOCATOR_HPP
 #define SERVICE_UTIL_LOCATOR_CONFIGLOCATOR_HPP
 
@@ -24,9 +24,9 @@ class ZU_EXPORT ConfigLocator {
     std::string file;  // the full name, as find gives it
   };
 
-  // What find would answer, then the files of the same name that it hides, in the order of the
-  // path; a file that several entries lead to counts for the first. An absolute name is looked at
-  // by itself, and its directory is empty.
+  // The file that find returns, then the files of the same name in later directories, in the order
+  // of the path. A file that several entries lead to is listed once, with the first of them. For an
+  // absolute name the path is not used, and the directory is empty.
   static std::vector<Match> findAll(const std::string& name);
 
   // The entries of the path, front first; the empty one stands for the current directory.

@@ -25,10 +25,12 @@ target_sources(zuUtilConfig PUBLIC FILE_SET HEADERS
     include/service/util/config/xml/Session.hpp
     include/service/util/config/xml/check.hpp
     include/service/util/config/xml/create.hpp
+    include/service/util/config/xml/format.hpp
     include/service/util/config/xml/internal/XmlConfigParser.hpp
     ${ZU_GENERATED_INCLUDE_DIR}/service/util/config/xml/internal/xercesNamespace.hpp
     support/cppUtil/err/Exception.hpp
     support/cppUtil/err/StackTrace.hpp
+    support/cppUtil/err/describe.hpp
     support/cppUtil/export.hpp
     support/cppUtil/fileName/getPath.hpp
     support/cppUtil/logger/Logger.hpp

@@ -13,15 +13,25 @@ configure_file(include/service/util/config/xml/internal/xercesNamespace.hpp.in
                ${ZU_GENERATED_INCLUDE_DIR}/service/util/config/xml/internal/xercesNamespace.hpp
                @ONLY)
 
+# How problems are shown to people. The command has a copy: what it prints goes beyond the library's
+# interface.
+set(ZU_REPORT_SOURCES
+  ${PROJECT_SOURCE_DIR}/src/report/ProblemText.cpp
+  ${PROJECT_SOURCE_DIR}/src/report/SourceFile.cpp
+  ${PROJECT_SOURCE_DIR}/src/report/SourceText.cpp
+  ${PROJECT_SOURCE_DIR}/support/cppUtil/internal/Character.cpp
+  ${PROJECT_SOURCE_DIR}/support/cppUtil/internal/text.cpp)
+
 add_library(zuUtilConfigObjects OBJECT
   support/cppUtil/err/Exception.cpp
   support/cppUtil/err/StackTrace.cpp
+  support/cppUtil/err/describe.cpp
   support/cppUtil/err/guarded.cpp
   support/cppUtil/err/platformCall.cpp
   support/cppUtil/fileName/getPath.cpp
   support/cppUtil/internal/stackLeft.cpp
-  support/cppUtil/internal/text.cpp
   support/cppUtil/logger/Logger.cpp
+  ${ZU_REPORT_SOURCES}
   support/service/util/config/errorModule.cpp
   support/service/util/locator/ConfigLocator.cpp
   toolkit/xerces/ErrorHandler.cpp
@@ -38,6 +48,7 @@ add_library(zuUtilConfigObjects OBJECT
   src/model/section.cpp
   src/model/select.cpp
   src/model/visit.cpp
+  src/report/format.cpp
   src/xml/Budget.cpp
   src/xml/DocumentParser.cpp
   src/xml/EntityResolver.cpp

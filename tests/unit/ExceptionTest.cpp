@@ -6,6 +6,7 @@
 #include <iomanip>
 
 #include "Failure.hpp"
+#include "cppUtil/err/describe.hpp"
 
 namespace {
 
@@ -35,6 +36,20 @@ TEST(Exception, MessageGrowsByInsertion) {
 
 TEST(Exception, WhatNamesTheCodeWhateverTheMessage) {
   EXPECT_STREQ(Exception(0x3000003, 0, "", "", 0, "text").what(), "Unknown Error error code");
+}
+
+TEST(Exception, IsDescribedOnOneLine) {
+  const struct {
+    Exception e;
+    const char* expected;
+  } rows[] = {
+      {{0x3000001, 0, "src/config", "f()", 98, "no \"hall\""},
+       "NOT_FOUND (0x3000001): no \"hall\" [src/config:98]"},
+      {{6, 0, "src/xmlConfig", "f()", 7, "Report:\n\tERROR  a\x1b\n\tFATAL  b\n"},
+       "EXCEPTION (0x6): Report: ERROR  a\\x1b FATAL  b [src/xmlConfig:7]"},
+      {{1, 13, "x", "f()", 0, ""}, "MISSING_ARGUMENT (0x1): Permission denied [x:0]"},
+  };
+  for (const auto& row : rows) EXPECT_EQ(cppUtil::err::describe(row.e), row.expected);
 }
 
 // A thrown copy of a streamed temporary must tell where the temporary was built.

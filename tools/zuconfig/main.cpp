@@ -11,7 +11,7 @@
 #include <iostream>
 
 #include "commands/Command.hpp"
-#include "cppUtil/err/Exception.hpp"
+#include "cppUtil/err/describe.hpp"
 #include "shared/text.hpp"
 
 namespace {
@@ -102,7 +102,7 @@ ExitCode run(int argc, char** argv) {
   } catch (const std::ios_base::failure&) {
     throw;
   } catch (const cppUtil::err::Exception& e) {
-    std::cerr << "zuconfig: " << e.what() << ": " << e.getMessage() << "\n";
+    std::cerr << "zuconfig: " << cppUtil::err::describe(e) << "\n";
   } catch (const std::exception& e) {
     std::cerr << "zuconfig: " << e.what() << "\n";
   }

@@ -4,6 +4,8 @@
 #include <numeric>
 #include <utility>
 
+#include "cppUtil/internal/Character.hpp"
+
 namespace cppUtil::internal {
 
 namespace {
@@ -41,6 +43,44 @@ std::size_t distance(const std::string& from, const std::string& to, std::size_t
   return last[to.size()];
 }
 
+bool isSafe(char32_t code) {
+  const auto isIn = [code](char32_t first, char32_t last) { return code >= first && code <= last; };
+  return code >= 0x20 && !isIn(0x7F, 0x9F) && code != 0x061C && !isIn(0x200E, 0x200F) &&
+         !isIn(0x2028, 0x202E) && !isIn(0x2066, 0x2069);
+}
+
+std::string escapeOf(const Character& character, char byte) {
+  switch (byte) {
+    case '\n':
+      return "\\n";
+    case '\r':
+      return "\\r";
+    case '\t':
+      return "\\t";
+    default:
+      break;
+  }
+  if (character.length < 2) return "\\x" + inHexadecimal(byte);
+  return "\\u" + inHexadecimal(static_cast<char>(character.code >> 8)) +
+         inHexadecimal(static_cast<char>(character.code & 0xFF));
+}
+
+std::string safe(const std::string& text, bool isReversible) {
+  std::string result;
+  result.reserve(text.size());
+  for (std::size_t at = 0; at < text.size();) {
+    const Character character(text.data() + at, text.size() - at);
+    if (!character.isValid() || !isSafe(character.code)) {
+      result += escapeOf(character, text[at]);
+    } else {
+      if (isReversible && character.code == '\\') result += '\\';
+      result.append(text, at, character.length);
+    }
+    at += character.step();
+  }
+  return result;
+}
+
 }  // namespace
 
 std::string inHexadecimal(char byte) {
@@ -50,22 +90,11 @@ std::string inHexadecimal(char byte) {
 }
 
 std::string printable(const std::string& text) {
-  std::string result;
-  for (const char c : text) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (c == '\n') {
-      result += "\\n";
-    } else if (c == '\t') {
-      result += "\\t";
-    } else if (c == '\r') {
-      result += "\\r";
-    } else if (byte < 0x20 || byte == 0x7F) {
-      result += "\\x" + inHexadecimal(c);
-    } else {
-      result += c;
-    }
-  }
-  return result;
+  return safe(text, false);
+}
+
+std::string escaped(const std::string& text) {
+  return safe(text, true);
 }
 
 std::string quoted(const std::string& text) {

@@ -12,9 +12,14 @@ namespace cppUtil::internal {
 // The byte in two hexadecimal digits.
 std::string inHexadecimal(char byte);
 
-// text on one line, to be read only: line breaks, tabs and other control characters become \n, \t,
-// \r and \xHH. All other characters stay, in UTF-8.
+// text on one line, with nothing in it that acts on a terminal or misleads the eye; whatever people
+// see of files, names and other libraries passes through here. Line breaks and tabs become \n, \r
+// and \t, other control characters of ASCII and bytes that are no UTF-8 \xHH, those beyond ASCII,
+// line separators and what changes the direction of writing \uHHHH.
 std::string printable(const std::string& text);
+
+// The same with backslashes doubled, so that nothing is lost.
+std::string escaped(const std::string& text);
 
 // printable, in double quotes.
 std::string quoted(const std::string& text);

@@ -48,9 +48,9 @@ struct Check {
       }
     }
     if (format == "json") {
-      printJson(findings, loader);
+      printJson(findings, loader, source);
     } else if (format == "sarif") {
-      printSarif(findings, loader);
+      printSarif(findings, loader, source);
     } else {
       printText(std::cout, Colours(), findings, loader, source);
     }

@@ -8,8 +8,8 @@
 #include "service/util/config/visit.hpp"
 #include "shared/Loader.hpp"
 #include "shared/Pattern.hpp"
-#include "shared/SourceText.hpp"
 #include "shared/missing.hpp"
+#include "shared/problems.hpp"
 #include "shared/text.hpp"
 
 namespace zuconfig {
@@ -89,10 +89,10 @@ class Explanation {
     if (origin.line == 0) std::cout << ", in an empty tag: its line is not known";
     std::cout << "\n";
     if (origin.file == nullptr) return;
-    if (const auto line = source.line(origin.file->path, origin.line)) {
-      const std::size_t start = line->find_first_not_of(" \t");
-      std::cout << "    " << escaped(start == line->npos ? "" : line->substr(start)) << "\n";
-    }
+    const auto tag = source.rangeOf({origin.file->path, origin.line, origin.column});
+    const std::string line = source.excerpt(tag.start()).text();
+    const std::size_t start = line.find_first_not_of(" \t");
+    if (start != line.npos) std::cout << "    " << line.substr(start) << "\n";
   }
 
   // The include chain, outermost first.

@@ -32,37 +32,12 @@ bool startsWith(const std::string& text, const char* start) {
   return text.rfind(start, 0) == 0;
 }
 
-std::string escaped(const std::string& text) {
-  std::string result;
-  for (const char c : text) result += c == '\\' ? "\\\\" : printable({c});
-  return result;
-}
-
-Character::Character(const char* text, std::size_t size) : length(0) {
-  const auto lead = static_cast<unsigned char>(*text);
-  code = lead;
-  if (lead < 0x80) {
-    length = 1;
-    return;
-  }
-  if (lead < 0xC2 || lead > 0xF4) return;
-  const std::size_t expected = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
-  if (expected > size) return;
-  code = lead & (0x7FU >> expected);
-  for (std::size_t i = 1; i < expected; ++i) {
-    const auto byte = static_cast<unsigned char>(text[i]);
-    if ((byte & 0xC0) != 0x80) return;
-    code = code << 6 | (byte & 0x3F);
-  }
-  length = expected;
-}
-
 std::string validUtf8(const std::string& text) {
   std::string result;
   for (std::size_t at = 0; at < text.size();) {
     const Character c(text.data() + at, text.size() - at);
-    result += c.length == 0 ? replacementCharacter : text.substr(at, c.length);
-    at += c.length == 0 ? 1 : c.length;
+    result += c.isValid() ? text.substr(at, c.length) : replacementCharacter;
+    at += c.step();
   }
   return result;
 }
@@ -84,11 +59,6 @@ std::string deeper(const std::string& indent, bool isLast) {
 std::size_t width(const std::string& text) {
   return static_cast<std::size_t>(
       std::count_if(text.begin(), text.end(), [](char c) { return (c & 0xC0) != 0x80; }));
-}
-
-std::size_t utf16Units(const std::string& text) {
-  return width(text) + static_cast<std::size_t>(std::count_if(
-                           text.begin(), text.end(), [](char c) { return (c & 0xF8) == 0xF0; }));
 }
 
 std::string joined(const std::string& path, const std::string& name, std::uint32_t index,

@@ -6,11 +6,14 @@
 #include <string>
 #include <vector>
 
+#include "cppUtil/internal/Character.hpp"
 #include "cppUtil/internal/text.hpp"
 
 namespace zuconfig {
 
+using cppUtil::internal::Character;
 using cppUtil::internal::didYouMean;
+using cppUtil::internal::escaped;
 using cppUtil::internal::inHexadecimal;
 using cppUtil::internal::nearest;
 using cppUtil::internal::printable;
@@ -22,20 +25,8 @@ bool isAlphanumeric(char c);
 
 bool startsWith(const std::string& text, const char* start);
 
-// text on one line: backslash, line breaks, tabs and other control characters become \\, \n, \t, \r
-// and \xHH. All other characters stay, in UTF-8.
-std::string escaped(const std::string& text);
-
 // U+FFFD.
 constexpr const char* replacementCharacter = "\xEF\xBF\xBD";
-
-// The character at the front of text, which is UTF-8. length: in bytes, 0 when it is none.
-struct Character {
-  Character(const char* text, std::size_t size);
-
-  char32_t code;
-  std::size_t length;
-};
 
 // text with U+FFFD in place of every byte that is no UTF-8.
 std::string validUtf8(const std::string& text);
@@ -53,9 +44,6 @@ std::string deeper(const std::string& indent, bool isLast);
 
 // As many columns as text takes, with one for each character.
 std::size_t width(const std::string& text);
-
-// As the XML library counts columns.
-std::size_t utf16Units(const std::string& text);
 
 // The selector path extended by name, which occurs count times.
 std::string joined(const std::string& path, const std::string& name, std::uint32_t index,

@@ -14,6 +14,11 @@ namespace {
 using json = nlohmann::ordered_json;
 using service::util::config::report::nameOf;
 
+// Names of files need not be UTF-8.
+void print(const json& document) {
+  std::cout << document.dump(2, ' ', false, json::error_handler_t::replace) << "\n";
+}
+
 json inJson(const Range& range, const Loader& loader) {
   json place = {{"file", loader.nameOf(range.file)}};
   if (range.line > 0) {
@@ -92,7 +97,7 @@ void printJson(const std::vector<Finding>& findings, const Loader& loader, Sourc
     }
     list.push_back(entry);
   }
-  std::cout << list.dump(2) << "\n";
+  print(list);
 }
 
 void printSarif(const std::vector<Finding>& findings, const Loader& loader, SourceText& source) {
@@ -112,7 +117,7 @@ void printSarif(const std::vector<Finding>& findings, const Loader& loader, Sour
   const json report = {{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},
                        {"version", "2.1.0"},
                        {"runs", json::array({run})}};
-  std::cout << report.dump(2) << "\n";
+  print(report);
 }
 
 }  // namespace zuconfig

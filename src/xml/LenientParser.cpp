@@ -9,6 +9,7 @@
 #include <xercesc/util/XMLString.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
+#include "report/SourceFile.hpp"
 #include "xerces/Exception.hpp"
 #include "xerces/dom.hpp"
 
@@ -45,6 +46,13 @@ const char* hintFor(unsigned int code) {
     default:
       return "";
   }
+}
+
+// Whether the line is one of those that a merge leaves where two changes contradict each other.
+bool isConflictMark(const Location& location) {
+  report::SourceFile file(location.file);
+  const auto line = file.find(location.line, 1);
+  return line && file.read(line->offset, 7) == "<<<<<<<";
 }
 
 Fault faultOf(unsigned int code, const XMLCh* domain, XMLErrorReporter::ErrTypes type,
@@ -136,6 +144,9 @@ void LenientParser::error(unsigned int code, const XMLCh* domain, ErrTypes type,
                           XMLFileLoc column) {
   Fault fault = faultOf(code, domain, type, text);
   fault.location = {xerces::transcode(systemId), static_cast<int>(line), static_cast<int>(column)};
+  if (code == XMLErrs::ExpectedElementName && isConflictMark(fault.location)) {
+    fault.message = xerces::transcode(text) + ": this line is the mark of an unresolved merge";
+  }
   const bool isInvalid = fault.kind == Fault::INVALID;
   if (!isInvalid && XMLString::equals(domain, XMLUni::fgXMLErrDomain)) explainOpenTag(fault, code);
   if (!isInvalid || !followsFromUnknownElement(fault, code)) faults.push_back(std::move(fault));

@@ -7,6 +7,7 @@
 #include <xercesc/util/PlatformUtils.hpp>
 #include <xercesc/util/XMLString.hpp>
 
+#include "report/SourceFile.hpp"
 #include "service/util/config/visit.hpp"
 #include "xerces/Exception.hpp"
 #include "xerces/dom.hpp"
@@ -203,6 +204,24 @@ class DocumentCheck {
   DocumentFindings findings;
 };
 
+// Behind the root element, the XML library takes a zero byte for the end of the document. Elsewhere
+// it is an error, and encodings of two or four bytes have one among the first four.
+void addUnreadEnd(const std::string& path, std::vector<Problem>& problems) {
+  const auto isError = [](const Problem& problem) { return problem.severity == Severity::ERROR; };
+  if (std::any_of(problems.begin(), problems.end(), isError)) return;
+  report::SourceFile file(path);
+  const std::string zero(1, '\0');
+  if (file.read(0, 4).find(zero) != std::string::npos) return;
+  const auto last = file.findLast(zero);
+  if (!last) return;
+  problems.push_back({Severity::WARNING,
+                      "unread-end",
+                      "a zero byte follows the root element: the rest of the file is not read",
+                      "",
+                      {path, static_cast<int>(last->line), static_cast<int>(last->column)},
+                      {}});
+}
+
 }  // namespace
 
 DocumentFindings checkDocument(const std::string& path, const SchemeList& schemes,
@@ -218,6 +237,7 @@ DocumentFindings checkDocument(const std::string& path, const SchemeList& scheme
     }
     const xercesc::DOMDocument* document = parser.parseLeniently(path);
     findings = DocumentCheck(parser, schemes, grammars != nullptr).run(document);
+    addUnreadEnd(path, findings.problems);
   });
   return findings;
 }

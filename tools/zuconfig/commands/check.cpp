@@ -31,8 +31,8 @@ struct Check {
     command.add_option("--ignore", ignored, "Leave out the warnings of RULE; repeatable")
         ->type_name("RULE")
         ->allow_extra_args(false)
-        ->check(CLI::IsMember(
-            {"entity-element", "shadowed-file", "unknown-element", "unreachable-name", "xml"}));
+        ->check(CLI::IsMember({"entity-element", "shadowed-file", "unknown-element",
+                               "unreachable-name", "unread-end", "xml"}));
     command.add_option("FILE", files, "Configuration files; - is standard input")->required();
   }
 

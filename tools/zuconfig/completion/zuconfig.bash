@@ -18,7 +18,7 @@ _zuconfig_choices() {  # COMMAND [OPTION]
     check:) choices=(-I --format --help --ignore --no-validate --schema --strict --validate) ;;
     check:--format) choices=(json sarif text) ;;
     check:--ignore)
-      choices=(entity-element shadowed-file unknown-element unreachable-name xml)
+      choices=(entity-element shadowed-file unknown-element unreachable-name unread-end xml)
       ;;
     diff:) choices=(-I --help --null --schema --validate) ;;
     dump:) choices=(-I --format --help --null --prefix --schema --validate) ;;

@@ -37,6 +37,7 @@ struct Problem {
   //   shadowed-file     a file that hides others of its name further down the search path
   //   unknown-element   an element that the loader ignores; only when not validating
   //   entity-element    elements that come from an entity, which the loader ignores
+  //   unread-end        a zero byte behind the root element, where the loader stops to read
   //   xml               what the XML library warns of
   std::string rule;
 

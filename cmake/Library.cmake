@@ -50,7 +50,9 @@ add_library(zuUtilConfigObjects OBJECT
   src/model/visit.cpp
   src/report/format.cpp
   src/xml/Budget.cpp
+  src/xml/DocumentGrammars.cpp
   src/xml/DocumentParser.cpp
+  src/xml/Effort.cpp
   src/xml/EntityResolver.cpp
   src/xml/FileSource.cpp
   src/xml/LenientParser.cpp

@@ -1,8 +1,8 @@
 #include "xml/Budget.hpp"
 
-#include <algorithm>
 #include <limits>
 #include <new>
+#include <xercesc/framework/XMLEntityDecl.hpp>
 #include <xercesc/internal/XMLReader.hpp>
 #include <xercesc/util/OutOfMemoryException.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
@@ -23,28 +23,24 @@ constexpr const char* tooLarge = "document expands too far beyond its size";
 constexpr std::uint64_t initialBytes = 48U << 20;
 constexpr std::uint64_t bytesPerByteRead = 400;
 
-// In characters. Text that is read and thrown away takes a second for some two hundred million. To
-// open a reader takes as long as the given number of them; the XML library counts references in
-// content, and none in document types.
+// In characters. Text that is read and thrown away takes a second for some two hundred million.
 constexpr std::uint64_t initialExpanded = 64U << 20;
 constexpr std::uint64_t expandedPerByteRead = 40;
-constexpr std::uint64_t expandedPerReader = 1000;
 
-// Those of the levels of entities in entities that are allowed fit into the initial memory.
-constexpr unsigned int maximumOpenReaders = 150;
+// To enter an entity takes up to ten microseconds. No reference is shorter than three bytes, so
+// those that a document writes itself are never too many.
+constexpr std::uint64_t initialEntered = 50000;
+constexpr std::uint64_t bytesReadPerEntered = 3;
+
+// The document and entities in entities. So many readers fit into the initial memory.
+constexpr XMLSize_t maximumDepth = 150;
 
 // What may still be asked for to clean up and report.
 constexpr std::uint64_t graceBytes = 8U << 20;
 
-// The XML library adds a header of its own to each object. Nothing else is about this large.
-bool isReader(XMLSize_t size) {
-  return size >= sizeof(xercesc::XMLReader) && size < sizeof(xercesc::XMLReader) + 64;
-}
-
 }  // namespace
 
-Budget::Budget(const std::string& fileName)
-    : fileName(fileName), heldAllowed(initialBytes), expandedAllowed(initialExpanded) {}
+Budget::Budget(const std::string& fileName) : fileName(fileName), heldAllowed(initialBytes) {}
 
 Budget::~Budget() {
   while (blocks.next != &blocks) deallocate(blocks.next + 1);
@@ -53,7 +49,8 @@ Budget::~Budget() {
 void* Budget::allocate(XMLSize_t size) {
   if (size > std::numeric_limits<XMLSize_t>::max() - sizeof(Header)) refuse("out of memory");
   if (held + size > heldAllowed) refuse(tooLarge);
-  if (isReader(size)) openReader();
+  noticeReader();
+  if (excess != nullptr) refuse(excess);
   void* memory = nullptr;
   try {
     memory = XMLPlatformUtils::fgMemoryManager->allocate(size + sizeof(Header));
@@ -68,11 +65,11 @@ void* Budget::allocate(XMLSize_t size) {
 
 void Budget::deallocate(void* memory) {
   if (memory == nullptr) return;
+  noticeReader();
   Header* block = static_cast<Header*>(memory) - 1;
   block->previous->next = block->next;
   block->next->previous = block->previous;
   held -= block->size;
-  if (isReader(block->size)) --openReaders;
   XMLPlatformUtils::fgMemoryManager->deallocate(block);
 }
 
@@ -82,54 +79,72 @@ xercesc::MemoryManager* Budget::getExceptionMemoryManager() {
 }
 
 void Budget::addRead(std::size_t bytes, bool isRepeated) {
-  if (isRepeated) return expand(bytes);
-  heldAllowed += bytes * bytesPerByteRead;
-  expandedAllowed += bytes * expandedPerByteRead;
+  if (isRepeated) {
+    expanded += bytes;
+    checkExpansion();
+    if (excess != nullptr) refuse(excess);
+  } else {
+    read += bytes;
+    heldAllowed += bytes * bytesPerByteRead;
+  }
 }
 
 bool Budget::isNewFile(dev_t device, ino_t inode) {
   return files.emplace(device, inode).second;
 }
 
-void Budget::addEntity(std::size_t length) {
-  longestEntity = std::max<std::uint64_t>(longestEntity, length);
+void Budget::begin(const xercesc::ReaderMgr& documentReaders) {
+  readers = &documentReaders;
+  newestReader = 0;
+  documentId = documentReaders.getSystemId();
 }
 
-// The reader of the entity was opened just before, and taken for the longest one.
-void Budget::addReference(std::size_t length) {
-  expanded -= std::min(expanded, longestEntity);
-  expand(length);
-}
-
-void Budget::setLocator(const xercesc::Locator* newLocator) {
-  locator = newLocator;
-  documentId = locator == nullptr ? nullptr : locator->getSystemId();
+void Budget::end() {
+  readers = nullptr;
+  excess = nullptr;
+  heldAllowed = std::numeric_limits<std::uint64_t>::max();
 }
 
 void Budget::refuse(const char* reason) {
-  heldAllowed = held + graceBytes;
   xerces::Position position;
-  if (locator != nullptr) {
-    position.line = static_cast<int>(locator->getLineNumber());
-    position.column = static_cast<int>(locator->getColumnNumber());
+  if (isReading()) {
+    position.line = static_cast<int>(readers->getLineNumber());
+    position.column = static_cast<int>(readers->getColumnNumber());
   }
-  throw xerces::LocatedException(currentFile(), position, std::string(reason) + "!");
+  const std::string file = currentFile();
+  readers = nullptr;
+  excess = nullptr;
+  heldAllowed = held + graceBytes;
+  throw xerces::LocatedException(file, position, std::string(reason) + "!");
 }
 
-void Budget::expand(std::uint64_t length) {
-  expanded += length;
-  if (expanded > expandedAllowed) refuse(tooLarge);
+// Without a file to read, the readers know no place, and crash when they are asked.
+bool Budget::isReading() const {
+  return readers != nullptr && readers->getCurrentReader() != nullptr;
 }
 
-void Budget::openReader() {
-  if (openReaders == maximumOpenReaders) refuse("entities nested too deeply");
-  expand(longestEntity + expandedPerReader);
-  ++openReaders;
+void Budget::noticeReader() {
+  if (!isReading() || readers->getCurrentReader()->getReaderNum() <= newestReader) return;
+  newestReader = readers->getCurrentReader()->getReaderNum();
+  ++entered;
+  const xercesc::XMLEntityDecl* entity = readers->getCurrentEntity();
+  if (entity != nullptr) expanded += entity->getValueLen();
+  checkExpansion();
+}
+
+void Budget::checkExpansion() {
+  if (expanded > initialExpanded + read * expandedPerByteRead ||
+      entered > initialEntered + read / bytesReadPerEntered) {
+    excess = tooLarge;
+  } else if (isReading() && readers->getReaderDepth() > maximumDepth) {
+    excess = "entities nested too deeply";
+  }
 }
 
 // An entity may stand in a file of its own.
 std::string Budget::currentFile() const {
-  const XMLCh* id = locator == nullptr ? documentId : locator->getSystemId();
+  if (!isReading()) return fileName;
+  const XMLCh* id = readers->getSystemId();
   try {
     if (id != documentId) return xerces::transcode(id);
   } catch (const xercesc::OutOfMemoryException&) {  // then the document's name must do

@@ -3,9 +3,7 @@
 #include <xercesc/framework/XMLElementDecl.hpp>
 #include <xercesc/internal/XMLScanner.hpp>
 #include <xercesc/util/XMLString.hpp>
-#include <xercesc/validators/DTD/DTDEntityDecl.hpp>
 
-#include "cppUtil/internal/stackLeft.hpp"
 #include "xml/FileSource.hpp"
 #include "xml/names.hpp"
 
@@ -18,57 +16,43 @@ bool isValue(const XMLCh* name) {
          xercesc::XMLString::equals(name, names::include.c_str());
 }
 
-// The XML library inserts attributes into a sorted list, one by one.
-constexpr XMLSize_t maximumAttributes = 10000;
-
-constexpr XMLSize_t maximumExpansions = 50000;
-
-// Reading the text of nested elements takes this much stack for each level, and so, or less, does
-// the walk over nested sections.
-constexpr std::size_t stackPerLevel = 512;
-constexpr std::size_t stackReserve = 64UL * 1024;
-constexpr std::size_t levelsBetweenChecks = 64;
-
 }  // namespace
 
 DocumentParser::DocumentParser(xercesc::XMLGrammarPool& grammars, const SchemeList& schemes,
                                Budget& budget)
-    : Parser(&grammars, &budget, Places::IN_TABLE), budget(budget), resolver(schemes, budget) {
+    : BeforeParser{{grammars, budget}},
+      Parser(&documentGrammars, &budget, Places::IN_TABLE),
+      budget(budget),
+      effort(budget),
+      resolver(schemes, budget) {
   setCreateCommentNodes(false);
   setXMLEntityResolver(&resolver);
-  limits.setEntityExpansionLimit(maximumExpansions);
-  setSecurityManager(&limits);
 }
 
 void DocumentParser::parseFile(const std::string& name) {
   try {
     parse(FileSource(name, budget));
   } catch (...) {
-    budget.setLocator(nullptr);
+    budget.end();
     throw;
   }
 }
 
-// The locator is good in between only: without a file to read it crashes.
 void DocumentParser::startDocument() {
-  budget.setLocator(getScanner()->getLocator());
+  budget.begin(*getScanner()->getReaderMgr());
   Parser::startDocument();
 }
 
 void DocumentParser::endDocument() {
   Parser::endDocument();
-  budget.setLocator(nullptr);
+  budget.end();
 }
 
 void DocumentParser::startElement(const xercesc::XMLElementDecl& declaration, unsigned int urlId,
                                   const XMLCh* prefix,
                                   const xercesc::RefVectorOf<xercesc::XMLAttr>& attributes,
                                   XMLSize_t attributeCount, bool isEmpty, bool isRoot) {
-  if (attributeCount > maximumAttributes) budget.refuse("too many attributes");
-  if (++depth % levelsBetweenChecks == 0 &&
-      cppUtil::internal::stackLeft() < stackReserve + depth * stackPerLevel) {
-    budget.refuse("elements nested too deeply for the stack");
-  }
+  effort.startElement(declaration, urlId, prefix, attributes, attributeCount);
   if (valueDepth > 0 || isValue(declaration.getBaseName())) ++valueDepth;
   Parser::startElement(declaration, urlId, prefix, attributes, attributeCount, isEmpty, isRoot);
 }
@@ -77,19 +61,30 @@ void DocumentParser::startElement(const xercesc::XMLElementDecl& declaration, un
 void DocumentParser::endElement(const xercesc::XMLElementDecl& declaration, unsigned int urlId,
                                 bool isRoot, const XMLCh* prefix) {
   Parser::endElement(declaration, urlId, isRoot, prefix);
-  --depth;
+  effort.endElement();
   if (valueDepth > 0) --valueDepth;
 }
 
-void DocumentParser::startEntityReference(const xercesc::XMLEntityDecl& entity) {
-  budget.addReference(entity.getValueLen());
-  Parser::startEntityReference(entity);
+void DocumentParser::elementDecl(const xercesc::DTDElementDecl& element, bool isIgnored) {
+  if (getValidationScheme() != Val_Never) effort.declareContent(element);
+  Parser::elementDecl(element, isIgnored);
+}
+
+void DocumentParser::attDef(const xercesc::DTDElementDecl& element,
+                            const xercesc::DTDAttDef& attribute, bool isIgnored) {
+  effort.declareAttribute(element);
+  Parser::attDef(element, attribute, isIgnored);
 }
 
 void DocumentParser::entityDecl(const xercesc::DTDEntityDecl& entity, bool isParameter,
                                 bool isIgnored) {
-  budget.addEntity(entity.getValueLen());
+  effort.declareName();
   Parser::entityDecl(entity, isParameter, isIgnored);
+}
+
+void DocumentParser::notationDecl(const xercesc::XMLNotationDecl& notation, bool isIgnored) {
+  effort.declareName();
+  Parser::notationDecl(notation, isIgnored);
 }
 
 void DocumentParser::docCharacters(const XMLCh* text, XMLSize_t length, bool isCdata) {

@@ -10,18 +10,23 @@
 #ifndef SRC_XML_DOCUMENTPARSER_HPP
 #define SRC_XML_DOCUMENTPARSER_HPP
 
-#include <xercesc/util/SecurityManager.hpp>
-
 #include "xerces/Parser.hpp"
 #include "xml/Budget.hpp"
+#include "xml/DocumentGrammars.hpp"
+#include "xml/Effort.hpp"
 #include "xml/EntityResolver.hpp"
 
 namespace service::util::config::xml::internal {
 
-class DocumentParser : public xerces::Parser {
+// What a parser is made with and therefore outlives it.
+struct BeforeParser {
+  DocumentGrammars documentGrammars;
+};
+
+class DocumentParser : private BeforeParser, public xerces::Parser {
  public:
-  // All are kept by reference. schemes: the schemas that documents may use besides the grammars in
-  // the pool.
+  // All are kept by reference. grammars: those that documents have in common. schemes: the schemas
+  // that documents may use besides.
   DocumentParser(xercesc::XMLGrammarPool& grammars, const SchemeList& schemes, Budget& budget);
 
   void startDocument() override;
@@ -31,8 +36,11 @@ class DocumentParser : public xerces::Parser {
                     XMLSize_t attributeCount, bool isEmpty, bool isRoot) override;
   void endElement(const xercesc::XMLElementDecl& declaration, unsigned int urlId, bool isRoot,
                   const XMLCh* prefix) override;
-  void startEntityReference(const xercesc::XMLEntityDecl& entity) override;
+  void elementDecl(const xercesc::DTDElementDecl& element, bool isIgnored) override;
+  void attDef(const xercesc::DTDElementDecl& element, const xercesc::DTDAttDef& attribute,
+              bool isIgnored) override;
   void entityDecl(const xercesc::DTDEntityDecl& entity, bool isParameter, bool isIgnored) override;
+  void notationDecl(const xercesc::XMLNotationDecl& notation, bool isIgnored) override;
   void docCharacters(const XMLCh* text, XMLSize_t length, bool isCdata) override;
 
  protected:
@@ -40,9 +48,8 @@ class DocumentParser : public xerces::Parser {
 
  private:
   Budget& budget;
+  Effort effort;
   EntityResolver resolver;
-  xercesc::SecurityManager limits;
-  std::size_t depth = 0;       // open elements
   std::size_t valueDepth = 0;  // open elements, counted from the outermost property or include
 };
 

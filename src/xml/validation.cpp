@@ -19,6 +19,7 @@ void enableValidation(xerces::Parser& parser, const SchemeList& schemes) {
   parser.setDoSchema(true);
   parser.setValidationConstraintFatal(true);
   parser.setExternalSchemaLocation(locations.c_str());
+  parser.cacheGrammarFromParse(true);
   parser.useCachedGrammarInParse(true);
 }
 

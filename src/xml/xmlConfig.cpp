@@ -195,13 +195,11 @@ void XmlConfigParser::parse(const IConfigPtr& config, const std::string& fileNam
   }
   logParsing(fileName);
   withoutXmlExceptions([&] {
+    if (validate && !load->hasGrammar) loadGrammar(load->grammars);
+    load->hasGrammar = validate;
     Budget budget(fileName);
     DocumentParser parser(load->grammars, schemes, budget);
-    if (validate) {
-      if (!load->hasGrammar) loadGrammar(load->grammars);
-      load->hasGrammar = true;
-      enableValidation(parser, schemes);
-    }
+    if (validate) enableValidation(parser, schemes);
     const xercesc::DOMDocument* document = parser.parseDoc(fileName);
     const DOMElement* root = document->getDocumentElement();
     if (root == nullptr) {

@@ -1,7 +1,9 @@
 """Depth and width: documents and includes nested deeper than the stack allows are refused with
-their place; elements with too many attributes too."""
+their place; so is what takes the XML library time that grows with the square of the document."""
 
-from harness import Row, at, config, loaded, prop, reported
+import resource
+
+from harness import Row, at, config, loaded, prop, reported, write
 
 DEEP_ELEMENTS = at((1, "{N}"), "elements nested too deeply for the stack")
 DEEP_WALK = at((1, "{N}"), "files or sections nested too deeply for the stack")
@@ -75,9 +77,35 @@ def attributes(count, name="a"):
     return "".join(f' {name}{i}="v"' for i in range(count))
 
 
+def unlimited_stack(_directory):
+    resource.setrlimit(resource.RLIMIT_STACK, (resource.RLIM_INFINITY, resource.RLIM_INFINITY))
+
+
+def squares():
+    """Without the bound, each takes many seconds."""
+    many = range(200000)
+    names = at((1, "{N}"), "too many names")
+    yield "names of elements", "".join(f"<a{i}/>" for i in many), names
+    yield "prefixes", "".join(f'<p{i}:a xmlns:p{i}="urn:p"/>' for i in many), names
+    yield "namespaces", "".join(f'<a xmlns="urn:{i}"/>' for i in many), names
+    yield "namespaces of attributes", \
+        "".join(f'<a xmlns:p="urn:{i}" p:b="v"/>' for i in many), names
+    yield "names of attributes", "".join(f'<a a{i}="v"/>' for i in many), names
+    nested_too_deeply = at(
+        (1, "{N}"), "elements or namespaces nested too deeply for the size of the document")
+    yield "levels with an unlimited stack", "<a>" * 100000 + "</a>" * 100000, nested_too_deeply
+    yield "elements below many levels", \
+        "<a>" * 8000 + "<b/>" * 500000 + "</a>" * 8000, nested_too_deeply
+    yield "elements below many namespaces", \
+        f'<a{attributes(9000, "xmlns:p")}>{"<b/>" * 500000}</a>', nested_too_deeply
+
+
 def rows(_port):
     yield from depths()
     yield from includes()
+    for name, content, expected in squares():
+        yield Row(name, lambda d, c=content: write(d, {"main.xml": config(c)}), expected,
+                  before=unlimited_stack, megabytes=400)
     refused = at((1, "{N}"), "too many attributes")
     yield Row("10,000 attributes", config(f"<other{attributes(10000)}/>"), loaded())
     yield Row("100,000 attributes", config(f"<other{attributes(100000)}/>"), refused)

@@ -22,8 +22,16 @@ def permissive(namespace):
                              '</xs:complexType></xs:element>')
 
 
-def fatal(message):
-    return reported(("FATAL", "{DIR}/main.xml", "{N}", "{N}", message))
+DTD = '<!DOCTYPE config SYSTEM "d.dtd">'
+
+
+def typed(declarations, content):
+    """A document that is validated declares nothing itself."""
+    return {"main.xml": config(content, prolog=DTD), "d.dtd": declarations}
+
+
+def fatal(message, file="main.xml"):
+    return reported(("FATAL", "{DIR}/" + file, "{N}", "{N}", message))
 
 
 def error(message, file="main.xml"):
@@ -84,13 +92,13 @@ def local(_port):
         "d/d.dtd": '<!ENTITY e SYSTEM "e.txt"><!ATTLIST property name CDATA "d">',
         "d/e.txt": "from e"}, loaded("d=from e"))
     yield from both("a local entity by its URL", lambda d: write(d, {
-        "an e.txt": "from e", "main.xml": config(prop("&e;"), prolog="<!DOCTYPE config [<!ENTITY e "
-                                                 f'SYSTEM "file://{d}/an%20e.txt">]>')}),
+        "an e.txt": "from e",
+        **typed(f'<!ENTITY e SYSTEM "file://{d}/an%20e.txt">', prop("&e;"))}),
         loaded("p=from e"))
     other_machine = 'file://127.0.0.1{DIR}/e.txt'
     yield from both("an entity on another machine by its URL", lambda d: write(d, {
-        "e.txt": "from e", "main.xml": config(prop("&e;"), prolog="<!DOCTYPE config [<!ENTITY e "
-                                              f'SYSTEM "file://127.0.0.1{d}/e.txt">]>')}),
+        "e.txt": "from e",
+        **typed(f'<!ENTITY e SYSTEM "file://127.0.0.1{d}/e.txt">', prop("&e;"))}),
         fatal(f"unable to open external entity '{other_machine}'"))
 
 
@@ -141,6 +149,7 @@ def bypass(_port):
     unknown_namespace = lambda file: at(
         (1, "{N}"), f'expected element in the namespace "{NAMESPACE}"', file)
     unopened = lambda location, message: lambda file: unopened_then(location, message, file)
+    any_content = "<!ELEMENT config ANY><!ELEMENT wrong EMPTY>"
     documents = {
         "own schema of the grammar's namespace": (config(
             wrong, f'{XSI} xsi:schemaLocation="{NAMESPACE} own.xsd"'), undeclared_wrong),
@@ -163,31 +172,31 @@ def bypass(_port):
         "nil": (config(wrong, f'{XSI} xsi:nil="true"'),
                 lambda file: error("'xsi:nil' specified for non-nillable element 'config'", file)),
         "a document type instead of a namespace": (
-            "<!DOCTYPE config [<!ELEMENT config ANY><!ELEMENT wrong EMPTY>]>"
-            f"<config>{wrong}</config>", unknown_namespace),
-        "a document type besides the namespace": (config(
-            wrong, prolog="<!DOCTYPE config [<!ELEMENT config ANY><!ELEMENT wrong EMPTY>"
-            "<!ATTLIST config xmlns CDATA #IMPLIED name CDATA #IMPLIED version CDATA #IMPLIED>]>"),
-            undeclared_wrong),
+            f"{DTD}<config>{wrong}</config>", unknown_namespace, any_content),
+        "a document type besides the namespace": (
+            config(wrong, prolog=DTD), undeclared_wrong, any_content +
+            "<!ATTLIST config xmlns CDATA #IMPLIED name CDATA #IMPLIED version CDATA #IMPLIED>"),
+        "a document type of its own": (
+            config(wrong, prolog=f"<!DOCTYPE config [{any_content}]>"),
+            lambda file: fatal("internal subset is not allowed when reusing the grammar", file)),
         "a document type that changes the namespace": (
-            '<!DOCTYPE config [<!ELEMENT config ANY><!ELEMENT wrong EMPTY>'
-            f'<!ATTLIST config xmlns CDATA #FIXED "urn:o">]><config>{wrong}</config>',
-            unknown_namespace),
+            f"{DTD}<config>{wrong}</config>", unknown_namespace,
+            any_content + '<!ATTLIST config xmlns CDATA #FIXED "urn:o">'),
         "a document type that points to a schema": (
-            '<!DOCTYPE config [<!ELEMENT config ANY><!ELEMENT wrong EMPTY>'
+            f"{DTD}<config>{wrong}</config>", unknown_namespace, any_content +
             '<!ATTLIST config xmlns CDATA #FIXED "urn:o" '
             'xmlns:xsi CDATA #FIXED "http://www.w3.org/2001/XMLSchema-instance" '
-            f'xsi:schemaLocation CDATA #FIXED "urn:o o.xsd">]><config>{wrong}</config>',
-            unknown_namespace),
-        "elements from an entity": (config(
-            "&e;", prolog='<!DOCTYPE config [<!ENTITY e "<wrong/>">]>'), undeclared_wrong),
+            'xsi:schemaLocation CDATA #FIXED "urn:o o.xsd">'),
+        "elements from an entity": (
+            config("&e;", prolog=DTD), undeclared_wrong, '<!ENTITY e "<wrong/>">'),
         "no namespace at all": (f"<config>{wrong}</config>",
                                 lambda file: error(undeclared("config"), file)),
     }
-    for name, (document, expected) in documents.items():
-        yield Row(name, {**own, "main.xml": document}, expected("main.xml"), validate=True)
+    for name, (document, expected, *dtd) in documents.items():
+        files = {**own, "d.dtd": "".join(dtd)}
+        yield Row(name, {**files, "main.xml": document}, expected("main.xml"), validate=True)
         yield Row(f"{name}, included",
-                  {**own, "part.xml": document, "main.xml": config("<include>part.xml</include>")},
+                  {**files, "part.xml": document, "main.xml": config("<include>part.xml</include>")},
                   expected("part.xml"), validate=True)
 
 

@@ -48,6 +48,9 @@ add_library(zuUtilConfigObjects OBJECT
   src/model/section.cpp
   src/model/select.cpp
   src/model/visit.cpp
+  src/plain/Document.cpp
+  src/plain/characters.cpp
+  src/plain/read.cpp
   src/report/format.cpp
   src/xml/Budget.cpp
   src/xml/DocumentGrammars.cpp

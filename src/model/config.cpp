@@ -95,30 +95,34 @@ void append(Map& map, const std::string& name, const Element& element) {
 
 }  // namespace
 
-// A deep tree must not be destroyed by as deep a recursion: a configuration that goes while another
-// one of this thread does leaves its sections to that one.
+// A deep tree must not be destroyed by as deep a recursion: below a certain depth, sections are
+// left to the configuration whose destruction is the outermost one of this thread.
 Config::~Config() {
-  if (sections.empty()) return;
+  constexpr std::size_t maximumDepth = 32;
+  thread_local std::size_t depth = 0;
   thread_local std::vector<IConfigPtr>* outermost = nullptr;
-  std::vector<IConfigPtr> orphans;
-  const bool isOutermost = outermost == nullptr;
-  if (isOutermost) outermost = &orphans;
-  try {
-    takeSections(*outermost);
-  } catch (const std::bad_alloc&) {  // what could not be listed goes with the members
+  if (sections.empty()) return;
+  if (depth == maximumDepth) {
+    leaveSections(*outermost);
+    return;
   }
-  if (!isOutermost) return;
-  while (!orphans.empty()) {
-    const IConfigPtr orphan = std::move(orphans.back());
-    orphans.pop_back();
+  std::vector<IConfigPtr> left;
+  if (depth == 0) outermost = &left;
+  ++depth;
+  sections.clear();
+  while (!left.empty()) {
+    const IConfigPtr section = std::move(left.back());
+    left.pop_back();
   }
-  outermost = nullptr;
+  --depth;
 }
 
-void Config::takeSections(std::vector<IConfigPtr>& taken) {
-  for (auto& [name, children] : sections) {
-    taken.insert(taken.end(), children.begin(), children.end());
-    children.clear();
+void Config::leaveSections(std::vector<IConfigPtr>& left) {
+  try {
+    for (auto& [name, children] : sections) {
+      for (IConfigPtr& child : children) left.push_back(std::move(child));
+    }
+  } catch (const std::bad_alloc&) {  // what could not be listed goes with the members
   }
 }
 

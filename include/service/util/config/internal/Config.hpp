@@ -38,7 +38,7 @@ class ZU_EXPORT Config : public IConfig {
 
  private:
   ZU_NO_EXPORT const IConfigPtr& findSection(const std::string& name, std::uint32_t index) const;
-  ZU_NO_EXPORT void takeSections(std::vector<IConfigPtr>& taken);
+  ZU_NO_EXPORT void leaveSections(std::vector<IConfigPtr>& left);
 
   // The order of std::less<std::string>. Most comparisons of a look-up end at the first byte, which
   // is compared in line.

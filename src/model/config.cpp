@@ -2,11 +2,11 @@
 
 #include <cutil/cutil.h>
 
-#include <new>
 #include <typeinfo>
 #include <utility>
 
 #include "cppUtil/err/Exception.hpp"
+#include "model/releaseChildren.hpp"
 #include "service/util/config/errorModule.hpp"
 
 namespace service::util::config {
@@ -95,34 +95,14 @@ void append(Map& map, const std::string& name, const Element& element) {
 
 }  // namespace
 
-// A deep tree must not be destroyed by as deep a recursion: below a certain depth, sections are
-// left to the configuration whose destruction is the outermost one of this thread.
 Config::~Config() {
-  constexpr std::size_t maximumDepth = 32;
-  thread_local std::size_t depth = 0;
-  thread_local std::vector<IConfigPtr>* outermost = nullptr;
-  if (sections.empty()) return;
-  if (depth == maximumDepth) {
-    leaveSections(*outermost);
-    return;
-  }
-  std::vector<IConfigPtr> left;
-  if (depth == 0) outermost = &left;
-  ++depth;
-  sections.clear();
-  while (!left.empty()) {
-    const IConfigPtr section = std::move(left.back());
-    left.pop_back();
-  }
-  --depth;
+  releaseChildren<IConfigPtr>(sections,
+                              [this](std::vector<IConfigPtr>& left) { leaveSections(left); });
 }
 
 void Config::leaveSections(std::vector<IConfigPtr>& left) {
-  try {
-    for (auto& [name, children] : sections) {
-      for (IConfigPtr& child : children) left.push_back(std::move(child));
-    }
-  } catch (const std::bad_alloc&) {  // what could not be listed goes with the members
+  for (auto& [name, children] : sections) {
+    for (IConfigPtr& child : children) left.push_back(std::move(child));
   }
 }
 

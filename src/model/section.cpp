@@ -3,6 +3,7 @@
 #include <cutil/cutil.h>
 
 #include "cppUtil/err/Exception.hpp"
+#include "model/releaseChildren.hpp"
 #include "service/util/config/errorModule.hpp"
 
 namespace service::util::config::internal {
@@ -23,8 +24,11 @@ Section::Section(const std::string& name) : name(name) {
   }
 }
 
+// The children go before the properties.
 Section::~Section() {
-  sections.clear();  // the children go before the properties
+  releaseChildren<SectionPtr>(sections, [this](std::vector<SectionPtr>& left) {
+    for (auto& [childName, child] : sections) left.push_back(std::move(child));
+  });
 }
 
 SectionPtr Section::createSection(const std::string& name) {

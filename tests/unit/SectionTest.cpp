@@ -66,4 +66,14 @@ TEST(Section, SharesItsChildren) {
   EXPECT_EQ(child->getProperty("a", true), "late") << "a child outlives its parent";
 }
 
+TEST(Section, DestroysADeepTree) {
+  SectionPtr root = Section::createSection("s"), deepest = root;
+  for (int level = 0; level < 300000; ++level) deepest = Section::createSection("s", *deepest);
+  const std::weak_ptr<Section> bottom = deepest;
+  deepest.reset();
+  ASSERT_FALSE(bottom.expired());
+  root.reset();
+  EXPECT_TRUE(bottom.expired());
+}
+
 }  // namespace

@@ -12,7 +12,8 @@ using unit::failureOf;
 TEST(Logger, EmptiesItsTextOnSuccessAndKeepsItOnFailure) {
   cppUtil::logger::Logger quiet(4), refused(5);
   for (auto* logger : {&quiet, &refused})
-    *logger << "Parsing " << std::string("file") << ' ' << 5U << std::endl;
+    *logger << static_cast<const char*>(nullptr) << "Parsing " << std::string("file") << ' ' << 5U
+            << std::endl;
   quiet.log();
   EXPECT_EQ(quiet.str(), "");
 

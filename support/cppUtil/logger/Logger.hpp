@@ -19,9 +19,11 @@ class ZU_EXPORT Logger {
   // level: 0 fatal, 1 error, 2 warning, 3 info, 4 debug.
   explicit Logger(std::uint32_t level) : level(level) {}
 
+  // Appends as an insertion into a stream does. A null C string appends nothing.
   template <class T>
   Logger& operator<<(const T& value) {
     stream << value;
+    stream.clear();  // one insertion that fails must not silence those that follow
     return *this;
   }
   Logger& operator<<(std::ostream& (*manipulator)(std::ostream&)) {

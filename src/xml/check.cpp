@@ -58,7 +58,9 @@ std::string listOf(const std::vector<std::string>& texts, const char* separator)
 std::string notFoundMessage(const std::string& name) {
   if (name.front() == '/') return "there is no readable file \"" + name + "\"";
   std::string message =
-      "no readable file \"" + name + "\" in " + listOf(searchedDirectories(), ", ");
+      "no readable file \"" + name + "\" " +
+      (ConfigLocator::tellsEntries() ? "in " + listOf(searchedDirectories(), ", ")
+                                     : "on the search path, which the platform does not tell");
   const auto isSpace = [](char c) { return c == ' ' || c == '\t' || c == '\n'; };
   if (isSpace(name.front()) || isSpace(name.back())) {
     message += "; white space around the name is part of it";

@@ -103,6 +103,16 @@ std::uint32_t cu_SearchPath_find(cu_SearchPath*, const char* name, bool* found, 
   }
   return CU_OK;
 }
+std::uint32_t cu_SearchPath_copy(cu_SearchPath* path, cu_SearchPath** copy) {
+  if (const auto result = call("copy")) return result;
+  *copy = path;
+  return CU_OK;
+}
+std::uint32_t cu_SearchPath_delete(cu_SearchPath** path) {
+  if (const auto result = call("deletePath")) return result;
+  *path = nullptr;
+  return CU_OK;
+}
 std::uint32_t cu_SearchPath_count(cu_SearchPath*, std::size_t* count) {
   if (const auto result = call("count")) return result;
   *count = FakePlatform::instance().path.size();

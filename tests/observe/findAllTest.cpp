@@ -1,6 +1,9 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <atomic>
+#include <thread>
+
 #include "TemporaryFolder.hpp"
 #include "loader/LoaderState.hpp"
 #include "placeholders.hpp"
@@ -49,6 +52,30 @@ TEST(FindAllTest, GivesTheMatchAndWhatItHides) {
     EXPECT_EQ(ConfigLocator::find(name), matches.empty() ? "" : matches.front().file) << row.name;
   }
   fs::current_path(before);
+}
+
+// The path never holds anything else than the entries, or one more in front of them.
+TEST(FindAllTest, ReadsThePathAtOneMoment) {
+  std::vector<std::string> entries;
+  for (int i = 0; i < 500; ++i) entries.push_back("/none/" + std::to_string(i));
+  setSearchPath(entries);
+  std::vector<std::string> longer = entries;
+  longer.insert(longer.begin(), "/one");
+  std::atomic<bool> isOver{false};
+  std::thread other([&] {
+    while (!isOver) {
+      ConfigLocator::prepend("/one");
+      ConfigLocator::remove("/one");
+    }
+  });
+  int wrong = 0;
+  for (int i = 0; i < 200; ++i) {
+    const auto now = ConfigLocator::getEntries();
+    if (now != entries && now != longer) ++wrong;
+  }
+  isOver = true;
+  other.join();
+  EXPECT_EQ(wrong, 0);
 }
 
 }  // namespace

@@ -1,10 +1,12 @@
 #include <gtest/gtest.h>
 #include <locator/locator.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cstdlib>
 #include <utility>
 
+#include "../TemporaryFolder.hpp"
 #include "Support.hpp"
 
 namespace {
@@ -40,17 +42,14 @@ TEST(ConfigLocator, StartsFromTheEnvironment) {
     const char* expected;
   } rows[] = {
       {"own path", {{"ZU_CONFIG_PATH", "/a:b:/c/"}, {"HOME", "/h"}}, "[/a][b][/c/]"},
-      {"own path, empty parts", {{"ZU_CONFIG_PATH", ":/a::/b:"}}, "[][/a][][/b][]"},
-      {"own path, empty", {{"ZU_CONFIG_PATH", ""}, {"HOME", "/h"}}, "[]"},
+      {"own path, empty parts", {{"ZU_CONFIG_PATH", ":/a::/b:"}, {"HOME", "/h"}}, "[][/a][][/b][]"},
       {"defaults", {{"HOME", "/h"}}, "[][/h/.config][/etc/xdg][/etc]"},
       {"no home", {}, "[][/etc/xdg][/etc]"},
-      {"relative home", {{"HOME", "h"}}, "[][/etc/xdg][/etc]"},
       {"XDG home without home", {{"XDG_CONFIG_HOME", "/x"}}, "[][/x][/etc/xdg][/etc]"},
       {"XDG home empty",
-       {{"HOME", "/h"}, {"XDG_CONFIG_HOME", ""}},
+       {{"HOME", "/h"}, {"XDG_CONFIG_HOME", ""}, {"XDG_CONFIG_DIRS", ""}},
        "[][/h/.config][/etc/xdg][/etc]"},
       {"XDG home relative", {{"HOME", "/h"}, {"XDG_CONFIG_HOME", "x"}}, "[][/etc/xdg][/etc]"},
-      {"XDG directories empty", {{"XDG_CONFIG_DIRS", ""}}, "[][/etc/xdg][/etc]"},
       {"XDG directories relative", {{"XDG_CONFIG_DIRS", "x::/y:/z"}}, "[][/y][/z][/etc]"},
   };
   for (const auto& row : rows) EXPECT_EQ(directoriesWith(row.variables), row.expected) << row.name;
@@ -66,4 +65,25 @@ TEST(ConfigLocator, IsOnePathForTheProcess) {
            directoriesOf(path) == std::vector<std::string>{"/a", "/c"};
   });
   EXPECT_EQ(outcome.status, 0);
+}
+
+TEST(ConfigLocator, TakesNothingFromTheCallerOfAPrivilegedProgram) {
+#ifdef ZU_PRIVILEGED_PROGRAM
+  namespace fs = std::filesystem;
+  const TemporaryFolder temp;
+  const fs::path program = temp.path / "program";
+  fs::copy_file(ZU_PRIVILEGED_PROGRAM, program);
+  constexpr gid_t nobody = 65534;
+  if (::chown(program.c_str(), uid_t(-1), nobody) != 0) GTEST_SKIP() << "needs root";
+  ::chmod(program.c_str(), 02755);
+  const Outcome outcome = inChild([&] {
+    setVariables({{"ZU_CONFIG_PATH", "/a"}, {"HOME", "/h"}, {"XDG_CONFIG_DIRS", "/x"}});
+    ::setenv("ZU_LOG_LEVEL", "4", 1);
+    ::execl(program.c_str(), "program", nullptr);
+    return false;
+  });
+  EXPECT_EQ(outcome.errors, "2[/etc/xdg][/etc]");
+#else
+  GTEST_SKIP() << "an emulated program cannot be run by another one";
+#endif
 }

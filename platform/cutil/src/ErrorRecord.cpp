@@ -5,13 +5,14 @@
 
 #include "Call.hpp"
 
-// File and function are static texts; only the description is composed.
+// File and function are static texts; only the description is composed. The whole is small, since a
+// program that loads the library late has little room for what every thread has of it.
 struct cu_ErrorLocation {
   int systemErrorCode = 0;
   int line = 0;
   const char* file = "";
   const char* function = "";
-  char description[512] = "";
+  char description[232] = "";
 };
 
 namespace {

@@ -1,5 +1,7 @@
 // The registry is used from static initialisers and destructors of any library of the process, so
 // its state is constant-initialised and never destroyed.
+#include <pthread.h>
+
 #include <array>
 #include <mutex>
 
@@ -44,6 +46,9 @@ const char* genericDescription(std::uint32_t code) {
 }
 
 std::mutex mutex;
+// Held during a fork, so that the child finds it free.
+[[maybe_unused]] const int forkHandlers =
+    ::pthread_atfork([] { mutex.lock(); }, [] { mutex.unlock(); }, [] { mutex.unlock(); });
 // Guarded by mutex.
 std::array<cu_Resolver, moduleCount> resolvers = {{{"cutil", genericName, genericDescription}}};
 

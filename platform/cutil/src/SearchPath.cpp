@@ -1,4 +1,5 @@
 #include <fcntl.h>
+#include <pthread.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -7,6 +8,7 @@
 #include <climits>
 #include <cstring>
 #include <deque>
+#include <memory>
 #include <mutex>
 #include <new>
 #include <optional>
@@ -21,6 +23,13 @@ using cutil::Call;
 using cutil::guarded;
 
 constexpr const char* unit = "platform/cutil/SearchPath";
+
+// Guards the entries of all paths: one mutex can be held during a fork, so that the child has paths
+// that are whole and a mutex that is free. Constant-initialised and never destroyed.
+std::mutex mutex;
+
+[[maybe_unused]] const int forkHandlers =
+    ::pthread_atfork([] { mutex.lock(); }, [] { mutex.unlock(); }, [] { mutex.unlock(); });
 
 struct Entry {
   std::string directory;
@@ -78,9 +87,25 @@ std::optional<std::string> currentDirectory() {
 }  // namespace
 
 struct cu_SearchPath {
-  std::mutex mutex;
   Entries entries;  // guarded by mutex
 };
+
+namespace {
+
+// Stands for a path that could not be made.
+alignas(cu_SearchPath) char noMemory;
+
+std::uint32_t checkPath(const Call& call, const cu_SearchPath* path) {
+  if (path == nullptr) return call.missing("path");
+  if (path == cu_SearchPath_outOfMemory()) throw std::bad_alloc();
+  return cutil::success;
+}
+
+}  // namespace
+
+cu_SearchPath* cu_SearchPath_outOfMemory() {
+  return reinterpret_cast<cu_SearchPath*>(&noMemory);
+}
 
 uint32_t cu_SearchPath_new(cu_SearchPath** path) {
   const Call call(unit, __func__);
@@ -91,11 +116,28 @@ uint32_t cu_SearchPath_new(cu_SearchPath** path) {
   });
 }
 
+uint32_t cu_SearchPath_copy(cu_SearchPath* path, cu_SearchPath** copy) {
+  const Call call(unit, __func__);
+  return guarded(call, [&] {
+    if (const auto code = checkPath(call, path)) return code;
+    if (copy == nullptr) return call.missing("copy");
+    auto created = std::make_unique<cu_SearchPath>();
+    {
+      const std::lock_guard lock(mutex);
+      created->entries = path->entries;
+    }
+    for (Entry& entry : created->entries) entry.failedPrepends = 0;  // nobody's, on this one
+    *copy = created.release();
+    return cutil::success;
+  });
+}
+
 uint32_t cu_SearchPath_delete(cu_SearchPath** path) {
   const Call call(unit, __func__);
   return guarded(call, [&] {
     if (path == nullptr) return call.missing("path");
     if (*path == nullptr) return call.missing("*path");
+    checkPath(call, *path);
     delete *path;
     *path = nullptr;
     return cutil::success;
@@ -105,12 +147,12 @@ uint32_t cu_SearchPath_delete(cu_SearchPath** path) {
 uint32_t cu_SearchPath_find(cu_SearchPath* path, const char* name, bool* found, cu_String* file) {
   const Call call(unit, __func__);
   return guarded(call, [&] {
-    if (path == nullptr) return call.missing("path");
+    if (const auto code = checkPath(call, path)) return code;
     if (name == nullptr) return call.missing("name");
     if (found == nullptr) return call.missing("found");
     if (file == nullptr) return call.missing("file");
 
-    const std::lock_guard lock(path->mutex);
+    const std::lock_guard lock(mutex);
     std::optional<std::string> match = search(path->entries, name);
     if (match && match->front() != '/') {
       const auto directory = currentDirectory();
@@ -132,10 +174,10 @@ uint32_t cu_SearchPath_find(cu_SearchPath* path, const char* name, bool* found, 
 uint32_t cu_SearchPath_prepend(cu_SearchPath* path, const char* directory) {
   const Call call(unit, __func__);
   return guarded(call, [&] {
-    if (path == nullptr) return call.missing("path");
+    if (const auto code = checkPath(call, path)) return code;
     if (directory == nullptr) return call.missing("directory");
 
-    const std::lock_guard lock(path->mutex);
+    const std::lock_guard lock(mutex);
     try {
       path->entries.push_front({directory, 0});
     } catch (...) {
@@ -150,10 +192,10 @@ uint32_t cu_SearchPath_prepend(cu_SearchPath* path, const char* directory) {
 uint32_t cu_SearchPath_append(cu_SearchPath* path, const char* directory) {
   const Call call(unit, __func__);
   return guarded(call, [&] {
-    if (path == nullptr) return call.missing("path");
+    if (const auto code = checkPath(call, path)) return code;
     if (directory == nullptr) return call.missing("directory");
 
-    const std::lock_guard lock(path->mutex);
+    const std::lock_guard lock(mutex);
     path->entries.push_back({directory, 0});
     return cutil::success;
   });
@@ -162,11 +204,11 @@ uint32_t cu_SearchPath_append(cu_SearchPath* path, const char* directory) {
 uint32_t cu_SearchPath_remove(cu_SearchPath* path, const char* directory, bool* removed) {
   const Call call(unit, __func__);
   return guarded(call, [&] {
-    if (path == nullptr) return call.missing("path");
+    if (const auto code = checkPath(call, path)) return code;
     if (directory == nullptr) return call.missing("directory");
     if (removed == nullptr) return call.missing("removed");
 
-    const std::lock_guard lock(path->mutex);
+    const std::lock_guard lock(mutex);
     const auto entry = findEntry(path->entries, directory);
     *removed = entry != path->entries.end() && entry->failedPrepends == 0;
     if (*removed) {
@@ -181,8 +223,8 @@ uint32_t cu_SearchPath_remove(cu_SearchPath* path, const char* directory, bool* 
 uint32_t cu_SearchPath_clear(cu_SearchPath* path) {
   const Call call(unit, __func__);
   return guarded(call, [&] {
-    if (path == nullptr) return call.missing("path");
-    const std::lock_guard lock(path->mutex);
+    if (const auto code = checkPath(call, path)) return code;
+    const std::lock_guard lock(mutex);
     path->entries.clear();
     return cutil::success;
   });
@@ -191,9 +233,9 @@ uint32_t cu_SearchPath_clear(cu_SearchPath* path) {
 uint32_t cu_SearchPath_count(cu_SearchPath* path, size_t* count) {
   const Call call(unit, __func__);
   return guarded(call, [&] {
-    if (path == nullptr) return call.missing("path");
+    if (const auto code = checkPath(call, path)) return code;
     if (count == nullptr) return call.missing("count");
-    const std::lock_guard lock(path->mutex);
+    const std::lock_guard lock(mutex);
     *count = path->entries.size();
     return cutil::success;
   });
@@ -202,9 +244,9 @@ uint32_t cu_SearchPath_count(cu_SearchPath* path, size_t* count) {
 uint32_t cu_SearchPath_get(cu_SearchPath* path, size_t index, cu_String* directory) {
   const Call call(unit, __func__);
   return guarded(call, [&] {
-    if (path == nullptr) return call.missing("path");
+    if (const auto code = checkPath(call, path)) return code;
     if (directory == nullptr) return call.missing("directory");
-    const std::lock_guard lock(path->mutex);
+    const std::lock_guard lock(mutex);
     if (index >= path->entries.size()) return call.invalid("index", index, "below the count");
     directory->value = path->entries[index].directory;
     return cutil::success;

@@ -1,8 +1,10 @@
 #include <locator/locator.h>
+#include <sys/auxv.h>
 
+#include <atomic>
 #include <cstdlib>
 #include <memory>
-#include <mutex>
+#include <new>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -14,6 +16,7 @@ constexpr const char* currentDirectory = "";
 struct DeleteSearchPath {
   void operator()(cu_SearchPath* path) const noexcept { cu_SearchPath_delete(&path); }
 };
+using SearchPathPtr = std::unique_ptr<cu_SearchPath, DeleteSearchPath>;
 
 std::vector<std::string> split(std::string_view text) {
   std::vector<std::string> parts;
@@ -26,12 +29,12 @@ std::vector<std::string> split(std::string_view text) {
 }
 
 std::string nonEmptyVariable(const char* name, const std::string& byDefault) {
-  const char* value = std::getenv(name);
+  const char* value = ::secure_getenv(name);
   return value == nullptr || *value == '\0' ? byDefault : value;
 }
 
 std::vector<std::string> initialDirectories() {
-  if (const char* value = std::getenv("ZU_CONFIG_PATH")) return split(value);
+  if (const char* value = ::secure_getenv("ZU_CONFIG_PATH")) return split(value);
 
   const std::string home = nonEmptyVariable("HOME", "");
   std::vector<std::string> xdg = split(nonEmptyVariable("XDG_CONFIG_DIRS", "/etc/xdg"));
@@ -39,7 +42,8 @@ std::vector<std::string> initialDirectories() {
   xdg.insert(xdg.begin(),
              nonEmptyVariable("XDG_CONFIG_HOME", home.empty() ? "" : home + "/.config"));
 
-  std::vector<std::string> directories = {currentDirectory};
+  std::vector<std::string> directories;
+  if (::getauxval(AT_SECURE) == 0) directories.push_back(currentDirectory);
   for (std::string& directory : xdg) {
     if (directory[0] == '/') directories.push_back(std::move(directory));
   }
@@ -47,29 +51,30 @@ std::vector<std::string> initialDirectories() {
   return directories;
 }
 
-// Null when there is no memory.
-cu_SearchPath* makeInitialPath() {
+SearchPathPtr makeInitialPath() {
   cu_SearchPath* handle = nullptr;
-  if (cu_SearchPath_new(&handle) != CU_OK) return nullptr;
-  std::unique_ptr<cu_SearchPath, DeleteSearchPath> path(handle);
+  if (cu_SearchPath_new(&handle) != CU_OK) throw std::bad_alloc();
+  SearchPathPtr path(handle);
   for (const std::string& directory : initialDirectories()) {
-    if (cu_SearchPath_append(handle, directory.c_str()) != CU_OK) return nullptr;
+    if (cu_SearchPath_append(handle, directory.c_str()) != CU_OK) throw std::bad_alloc();
   }
-  return path.release();
+  return path;
 }
 
-// Both are constant-initialised and never destroyed: static destructors may still look up files.
-std::mutex mutex;
-cu_SearchPath* processPath = nullptr;  // guarded by mutex
+// Constant-initialised and never destroyed: static destructors may still look up files. No lock, so
+// that a child of fork finds none held.
+std::atomic<cu_SearchPath*> processPath{nullptr};
 
 }  // namespace
 
 cu_SearchPath* getConfigLocator() {
+  if (cu_SearchPath* path = processPath.load()) return path;
   try {
-    const std::lock_guard lock(mutex);
-    if (processPath == nullptr) processPath = makeInitialPath();
-    return processPath;
-  } catch (...) {
-    return nullptr;
+    SearchPathPtr made = makeInitialPath();
+    cu_SearchPath* path = nullptr;
+    // One that another thread has made meanwhile stays.
+    return processPath.compare_exchange_strong(path, made.get()) ? made.release() : path;
+  } catch (const std::bad_alloc&) {
+    return cu_SearchPath_outOfMemory();
   }
 }

@@ -30,7 +30,11 @@ int main(int, char** arguments) try {
   std::cout << "getGrammar: " << config::grammar::getGrammar().front() << "\n";
   std::cout << "errorModule: " << config::NOT_FOUND << "\n";
   std::cout << "getPath: " << cppUtil::fileName::getPath("/etc/plant.xml") << "\n";
-  std::cout << "ConfigLocator: " << service::util::locator::ConfigLocator::remove("/none") << "\n";
+  using service::util::locator::ConfigLocator;
+  std::cout << "ConfigLocator: " << ConfigLocator::remove("/none")
+            << ", entries told: " << ConfigLocator::tellsEntries() << " "
+            << ConfigLocator::getEntries().size()
+            << ", found: " << ConfigLocator::findAll(file).size() << "\n";
   cppUtil::logger::Logger logger(1);
   logger << "Logger: " << 1;
   logger.log();

@@ -26,6 +26,9 @@ struct Path {
   ExitCode run() const {
     const Loader loader(load);
     if (wanted.empty()) {
+      if (!ConfigLocator::tellsEntries()) {
+        throw Failure(NO, "the platform library in use does not tell the search path");
+      }
       for (const PathEntry& entry : loader.searchPath()) {
         const std::string reason = whyNoDirectory(entry.directory);
         print(entry.directory.empty() ? "." : entry.directory,

@@ -2,8 +2,8 @@
  * The C utility library: error registry, error record, text objects, file names, search paths, log.
  *
  * It is the lowest layer; everything above reaches it through the adapters in support/. This header
- * is plain C. A library that replaces the bundled one must supply every function declared here
- * under the rules below.
+ * is plain C. A library that replaces the bundled one keeps the rules below in the functions that
+ * it supplies; platform/README.md lists those that it must.
  *
  *  1. A function that can fail returns 0 on success and otherwise an error code: the module number
  *     in bits 31..24, the number within the module in bits 23..0. The library's own codes are the
@@ -16,7 +16,10 @@
  *     handle is needed is CU_MISSING_ARGUMENT, with a description that names the argument.
  *  5. Handles belong to the caller until the matching delete call, which sets the variable to null.
  *  6. Threads: the registry, the logger and search paths may be used by several threads at once;
- *     error records are per thread; a text object belongs to one thread at a time.
+ *     error records are per thread; a text object may be read by several threads while none changes
+ *     it. Deleting a handle must not overlap with any other use of it.
+ *  7. Processes: a child of fork may go on using all of it, whatever the other threads of its
+ * parent did at that moment; only text objects that they were changing are lost to it.
  */
 #ifndef CUTIL_CUTIL_H
 #define CUTIL_CUTIL_H
@@ -103,14 +106,21 @@ uint32_t cu_Filename_getPath(const char* fileName, cu_String* path);
 typedef struct cu_SearchPath cu_SearchPath;
 
 uint32_t cu_SearchPath_new(cu_SearchPath** path);
+/* A path of its own with the entries that path has at this moment, which stay the same while they
+ * are counted and read. */
+uint32_t cu_SearchPath_copy(cu_SearchPath* path, cu_SearchPath** copy);
 uint32_t cu_SearchPath_delete(cu_SearchPath** path);
+
+/* What a function that has no memory to make a path answers in its place: no path, but a handle
+ * with which every call fails with CU_OUT_OF_MEMORY. Never null, always the same. */
+cu_SearchPath* cu_SearchPath_outOfMemory(void);
 
 /* Finds the first directory that holds a regular file called name that this process may read, and
  * stores the file's name in file: absolute (made so against the current directory), otherwise
- * exactly directory, "/" and name, with no ".." collapsed and no link resolved. A name with a
- * directory part is joined to each entry; an absolute name is looked at by itself; the empty name
- * is not found. Links are followed; a directory, FIFO, socket or device is no match. Not finding
- * the file is no failure: *found is false and file is left untouched. */
+ * exactly directory, "/" unless directory ends in one, and name, with no ".." collapsed and no link
+ * resolved. A name with a directory part is joined to each entry; an absolute name is looked at by
+ * itself; the empty name is not found. Links are followed; a directory, FIFO, socket or device is
+ * no match. Not finding the file is no failure: *found is false and file is left untouched. */
 uint32_t cu_SearchPath_find(cu_SearchPath* path, const char* name, bool* found, cu_String* file);
 
 /* Inserts a directory at the front. Whoever prepends must remove the same directory later, also
@@ -131,25 +141,31 @@ uint32_t cu_SearchPath_get(cu_SearchPath* path, size_t index, cu_String* directo
 
 enum cu_LogLevel { CU_FATAL = 0, CU_ERROR = 1, CU_WARNING = 2, CU_INFO = 3, CU_DEBUG = 4 };
 
-/* Receives each message that passes the threshold, on the thread that logs. message is valid during
- * the call only. It must not throw, and must not log or change the callback. */
+/* Receives each message that passes the threshold, on the thread that logs and as it was logged.
+ * message is valid during the call only. It must not throw, and must not log or change the
+ * callback: both then fail with CU_SYSTEM_FAILURE, EDEADLK. */
 typedef void (*cu_LogCallback)(uint32_t level, const char* message, void* userData);
 
-/* Writes a message when level is not above the threshold. By default it goes to standard error, one
- * write of the whole line per message ("info: text\n"), safe from several threads. A message that
- * standard error does not take is dropped, and a reader that went away raises no SIGPIPE: logging
- * does not make a service fail. errno is left as it was.
- * CU_INVALID_ARGUMENT: level is above CU_DEBUG. */
+/* Writes a message when level is not above the threshold. By default it goes to standard error as
+ * one line ("info: text\n"), safe from several threads, with control characters and those that turn
+ * the direction of writing escaped ("\n", "\x1b", "\u202e"). Lines are written whole or not at all:
+ * a message that standard error does not take is dropped. Where standard error never waits and
+ * takes only the beginning of a line, the rest goes out before the next line. A reader that went
+ * away raises no SIGPIPE: logging does not make a service fail. errno is left as it was, and the
+ * thread is not cancelled meanwhile. CU_INVALID_ARGUMENT: level is above CU_DEBUG.
+ * CU_SYSTEM_FAILURE: called by the callback. */
 uint32_t cu_Logger_log(uint32_t level, const char* message);
 
 /* The threshold: messages of a level above it are dropped. It starts as the value of the
  * environment variable ZU_LOG_LEVEL when that is a digit from 0 to 4, otherwise as CU_WARNING; the
- * variable is read on first use. CU_INVALID_ARGUMENT: level is above CU_DEBUG. */
+ * variable is read on first use, and not at all by a program that has more rights than its caller
+ * (setuid). CU_INVALID_ARGUMENT: level is above CU_DEBUG. */
 uint32_t cu_Logger_setThreshold(uint32_t level);
 uint32_t cu_Logger_getThreshold(void);
 
 /* Installs a callback in the place of standard error; null puts standard error back. After it has
- * returned, the previous callback is running on no thread and will not be called again. */
+ * returned, the previous callback is running on no thread and will not be called again.
+ * CU_SYSTEM_FAILURE: called by the callback. */
 uint32_t cu_Logger_setCallback(cu_LogCallback callback, void* userData);
 
 #ifdef __cplusplus

@@ -2,13 +2,22 @@
 
 #include <cutil/cutil.h>
 #include <locator/locator.h>
+#include <sys/stat.h>
 
-#include <algorithm>
 #include <filesystem>
+#include <memory>
+#include <set>
 #include <system_error>
 #include <unordered_set>
+#include <utility>
 
 #include "cppUtil/err/platformCall.hpp"
+
+// Platform libraries need not have these, which are null then.
+#pragma weak cu_SearchPath_copy
+#pragma weak cu_SearchPath_count
+#pragma weak cu_SearchPath_get
+#pragma weak cu_SearchPath_delete
 
 namespace service::util::locator {
 
@@ -28,6 +37,26 @@ std::string join(const std::string& directory, const std::string& name) {
   return current + (current == "/" ? "" : "/") + joined;
 }
 
+// Tells files apart, however they are named.
+using Identity = std::pair<dev_t, ino_t>;
+
+struct Delete {
+  void operator()(cu_String* text) const noexcept { cu_String_delete(&text); }
+  void operator()(cu_SearchPath* path) const noexcept { cu_SearchPath_delete(&path); }
+};
+
+std::unique_ptr<cu_SearchPath, Delete> copyOfSearchPath() {
+  cu_SearchPath* copy = nullptr;
+  checkPlatformCall(cu_SearchPath_copy(getConfigLocator(), &copy));
+  return std::unique_ptr<cu_SearchPath, Delete>(copy);
+}
+
+std::unique_ptr<cu_String, Delete> makeText() {
+  cu_String* text = nullptr;
+  checkPlatformCall(cu_String_new(&text, 0));
+  return std::unique_ptr<cu_String, Delete>(text);
+}
+
 }  // namespace
 
 std::string ConfigLocator::find(const std::string& name) {
@@ -44,17 +73,15 @@ std::string ConfigLocator::find(const std::string& name) {
 
 std::vector<ConfigLocator::Match> ConfigLocator::findAll(const std::string& name) {
   std::vector<Match> matches;
-  const auto look = [&](const std::string& directory, const std::string& absoluteName) {
-    const std::string file = find(absoluteName);
-    const auto isSame = [&](const Match& match) {
-      std::error_code ignored;
-      return std::filesystem::equivalent(match.file, file, ignored);
-    };
-    if (file.empty() || std::any_of(matches.begin(), matches.end(), isSame)) return;
-    matches.push_back({directory, file});
+  std::set<Identity> found;
+  const auto look = [&](const std::string& directory, const std::string& nameThere) {
+    const std::string file = find(nameThere);
+    struct stat status {};
+    if (file.empty() || ::stat(file.c_str(), &status) != 0) return;
+    if (found.emplace(status.st_dev, status.st_ino).second) matches.push_back({directory, file});
   };
   if (name.empty()) return matches;
-  if (name.front() == '/') {
+  if (name.front() == '/' || !tellsEntries()) {
     look("", name);
     return matches;
   }
@@ -66,17 +93,22 @@ std::vector<ConfigLocator::Match> ConfigLocator::findAll(const std::string& name
   return matches;
 }
 
+bool ConfigLocator::tellsEntries() noexcept {
+  return cu_SearchPath_copy != nullptr && cu_SearchPath_count != nullptr &&
+         cu_SearchPath_get != nullptr && cu_SearchPath_delete != nullptr;
+}
+
 std::vector<std::string> ConfigLocator::getEntries() {
-  std::size_t count = 0;
-  checkPlatformCall(cu_SearchPath_count(getConfigLocator(), &count));
   std::vector<std::string> entries;
-  cu_String* text = nullptr;
-  checkPlatformCall(cu_String_new(&text, 0));
+  if (!tellsEntries()) return entries;
+  const auto path = copyOfSearchPath();
+  const auto text = makeText();
+  std::size_t count = 0;
+  checkPlatformCall(cu_SearchPath_count(path.get(), &count));
   for (std::size_t index = 0; index < count; ++index) {
-    checkPlatformCall(cu_SearchPath_get(getConfigLocator(), index, text));
-    entries.emplace_back(cu_String_get(text));
+    checkPlatformCall(cu_SearchPath_get(path.get(), index, text.get()));
+    entries.emplace_back(cu_String_get(text.get()));
   }
-  checkPlatformCall(cu_String_delete(&text));
   return entries;
 }
 

@@ -26,10 +26,16 @@ class ZU_EXPORT ConfigLocator {
 
   // The file that find returns, then the files of the same name in later directories, in the order
   // of the path. A file that several entries lead to is listed once, with the first of them. For an
-  // absolute name the path is not used, and the directory is empty.
+  // absolute name the path is not used, and the directory is empty. When the platform does not tell
+  // the entries of the path, the directory is empty too, and no further files are known.
   static std::vector<Match> findAll(const std::string& name);
 
-  // The entries of the path, front first; the empty one stands for the current directory.
+  // Whether the platform tells the entries of the path. The bundled one does; another one may lack
+  // the functions for it.
+  static bool tellsEntries() noexcept;
+
+  // The entries of the path at one moment, front first; the empty one stands for the current
+  // directory. None when the platform does not tell them.
   static std::vector<std::string> getEntries();
 
   // Puts directory at the front of the path; the empty one stands for the current directory.

@@ -59,6 +59,7 @@ add_library(zuUtilConfigObjects OBJECT
   src/xml/EntityResolver.cpp
   src/xml/FileSource.cpp
   src/xml/LenientParser.cpp
+  src/xml/XmlLibrary.cpp
   src/xml/check.cpp
   src/xml/documentCheck.cpp
   src/xml/session.cpp

@@ -1,5 +1,5 @@
-// The grammars of one document: those that all documents of a load have in common, which are lent to
-// it, and its own, which are on its budget and go with it.
+// The grammars of one document: those that all documents of a load have in common, which are lent
+// to it, and its own, which are on its budget and go with it.
 //
 // So no document changes what holds for the next, and what a document type of a few bytes makes of
 // itself is bounded like all else. Belongs to one parser, and thread.
@@ -20,7 +20,8 @@ class DocumentGrammars : public xercesc::XMLGrammarPoolImpl {
   DocumentGrammars(const DocumentGrammars&) = delete;
   DocumentGrammars& operator=(const DocumentGrammars&) = delete;
 
-  // The common grammars call namespaces by their numbers in the common pool, so this one adds to it.
+  // The common grammars call namespaces by their numbers in the common pool, so this one adds to
+  // it.
   xercesc::XMLStringPool* getURIStringPool() override;
 
  private:

@@ -4,8 +4,10 @@
 #include <cstdlib>
 #include <optional>
 #include <xercesc/framework/LocalFileInputSource.hpp>
+#include <xercesc/framework/XMLBuffer.hpp>
 #include <xercesc/util/XMLResourceIdentifier.hpp>
 #include <xercesc/util/XMLURL.hpp>
+#include <xercesc/util/XMLUri.hpp>
 
 #include "xerces/dom.hpp"
 #include "xml/FileSource.hpp"
@@ -50,7 +52,9 @@ struct Local {
 std::optional<Local> localFile(const XMLCh* base, const XMLCh* systemId) {
   XMLURL url;
   if (!url.setURL(base, systemId, url) || url.isRelative()) {
-    const xercesc::LocalFileInputSource file(base, systemId);
+    xercesc::XMLBuffer path;
+    xercesc::XMLUri::normalizeURI(systemId, path);  // %20 is a blank, all else stays
+    const xercesc::LocalFileInputSource file(base, path.getRawBuffer());
     return Local{xerces::transcode(file.getSystemId()), file.getSystemId()};
   }
   const std::string host = xerces::transcode(url.getHost());
@@ -63,7 +67,7 @@ std::optional<Local> localFile(const XMLCh* base, const XMLCh* systemId) {
 }  // namespace
 
 EntityResolver::EntityResolver(const SchemeList& schemes, Budget& budget)
-    : schemes(schemes), budget(budget) {}
+    : schemas(schemaLocations(schemes)), budget(budget) {}
 
 xercesc::InputSource* EntityResolver::resolveEntity(XMLResourceIdentifier* resource) {
   const XMLCh* systemId = resource->getSystemId();
@@ -81,7 +85,7 @@ xercesc::InputSource* EntityResolver::resolveEntity(XMLResourceIdentifier* resou
 bool EntityResolver::isAllowedSchema(const XMLResourceIdentifier& resource) const {
   const std::pair<std::string, std::string> wanted(xerces::transcode(resource.getNameSpace()),
                                                    xerces::transcode(resource.getSystemId()));
-  return std::find(schemes.begin(), schemes.end(), wanted) != schemes.end();
+  return std::find(schemas.begin(), schemas.end(), wanted) != schemas.end();
 }
 
 }  // namespace service::util::config::xml::internal

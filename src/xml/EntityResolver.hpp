@@ -7,12 +7,13 @@
 
 #include "service/util/config/xml/create.hpp"
 #include "xml/Budget.hpp"
+#include "xml/validation.hpp"
 
 namespace service::util::config::xml::internal {
 
 class EntityResolver : public xercesc::XMLEntityResolver {
  public:
-  // Both are kept by reference.
+  // The budget is kept by reference.
   EntityResolver(const SchemeList& schemes, Budget& budget);
 
   // What is refused cannot be opened: the XML library reports that for an entity, and goes on
@@ -22,7 +23,7 @@ class EntityResolver : public xercesc::XMLEntityResolver {
  private:
   bool isAllowedSchema(const xercesc::XMLResourceIdentifier& resource) const;
 
-  const SchemeList& schemes;
+  SchemaLocations schemas;  // that the caller has named
   Budget& budget;
 };
 

@@ -17,7 +17,7 @@
 #include "cppUtil/fileName/getPath.hpp"
 #include "load/SearchedFirst.hpp"
 #include "load/describeFile.hpp"
-#include "service/util/config/xml/Session.hpp"
+#include "xml/XmlLibrary.hpp"
 #include "xml/documentCheck.hpp"
 #include "xml/validation.hpp"
 
@@ -204,7 +204,7 @@ std::vector<Problem> check(const std::string& file, const SchemeList& schemes, b
        "bool, Observer&)",
        __LINE__},
       [&] {
-        const Session session;
+        const internal::XmlLibrary library;
         return FileSetCheck(schemes, validate, observer).run(file);
       });
 }

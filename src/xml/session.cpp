@@ -1,40 +1,18 @@
-#include <sys/mman.h>
-
-#include <new>
-#include <xercesc/util/PlatformUtils.hpp>
-#include <xercesc/util/XMLUni.hpp>
-
-#include "cppUtil/err/guarded.hpp"
 #include "service/util/config/xml/Session.hpp"
+#include "cppUtil/err/guarded.hpp"
+#include "xml/XmlLibrary.hpp"
 
 namespace service::util::config::xml {
 
-using xercesc::XMLPlatformUtils;
-
-namespace {
-
-// The XML library ends the process, or stays half initialised for good, when there is no memory to
-// initialise it. That takes some 400 KB; whether they are there is tried first. Not from the heap,
-// which would return them to the system and fetch them again.
-void requireMemory() {
-  constexpr std::size_t size = 512UL * 1024;
-  void* memory = ::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
-  if (memory == MAP_FAILED) throw std::bad_alloc();
-  ::munmap(memory, size);
-}
-
-}  // namespace
+using internal::XmlLibrary;
 
 Session::Session() {
   cppUtil::err::guarded({"src/session", "service::util::config::xml::Session::Session()", __LINE__},
-                        [] {
-                          if (XMLPlatformUtils::fgMemoryManager == nullptr) requireMemory();
-                          XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale);
-                        });
+                        [] { XmlLibrary::initialize(); });
 }
 
 Session::~Session() {
-  XMLPlatformUtils::Terminate();
+  XmlLibrary::terminate();
 }
 
 }  // namespace service::util::config::xml

@@ -1,6 +1,8 @@
 #include "xml/validation.hpp"
 
 #include <algorithm>
+#include <locale>
+#include <sstream>
 #include <xercesc/framework/MemBufInputSource.hpp>
 
 #include "service/util/config/grammar/getGrammar.hpp"
@@ -10,15 +12,33 @@
 
 namespace service::util::config::xml::internal {
 
-void enableValidation(xerces::Parser& parser, const SchemeList& schemes) {
+namespace {
+
+std::string joined(const SchemeList& schemes) {
   std::string locations;
   for (const auto& [uri, location] : schemes) {
     locations.append(uri).append(" ").append(location).append("\n");
   }
+  return locations;
+}
+
+}  // namespace
+
+SchemaLocations schemaLocations(const SchemeList& schemes) {
+  SchemaLocations locations;
+  std::istringstream words(joined(schemes));
+  words.imbue(std::locale::classic());  // where blanks, tabs and line ends are white space
+  std::string uri;
+  std::string location;
+  while (words >> uri >> location) locations.emplace_back(uri, location);
+  return locations;
+}
+
+void enableValidation(xerces::Parser& parser, const SchemeList& schemes) {
   parser.setValidationScheme(xerces::Parser::Val_Always);
   parser.setDoSchema(true);
   parser.setValidationConstraintFatal(true);
-  parser.setExternalSchemaLocation(locations.c_str());
+  parser.setExternalSchemaLocation(joined(schemes).c_str());
   parser.cacheGrammarFromParse(true);
   parser.useCachedGrammarInParse(true);
 }
@@ -36,9 +56,10 @@ void loadGrammar(xercesc::XMLGrammarPool& grammars) {
 
 bool isInKnownNamespace(const xercesc::DOMElement& root, const SchemeList& schemes) {
   const std::string uri = xerces::transcode(root.getNamespaceURI());
-  return uri == names::grammarNamespace ||
-         std::any_of(schemes.begin(), schemes.end(),
-                     [&](const auto& scheme) { return scheme.first == uri; });
+  if (uri == names::grammarNamespace) return true;
+  const SchemaLocations locations = schemaLocations(schemes);
+  return std::any_of(locations.begin(), locations.end(),
+                     [&](const auto& location) { return location.first == uri; });
 }
 
 }  // namespace service::util::config::xml::internal

@@ -3,6 +3,9 @@
 #ifndef SRC_XML_VALIDATION_HPP
 #define SRC_XML_VALIDATION_HPP
 
+#include <string>
+#include <utility>
+#include <vector>
 #include <xercesc/dom/DOMElement.hpp>
 #include <xercesc/framework/XMLGrammarPool.hpp>
 
@@ -10,6 +13,11 @@
 #include "xerces/Parser.hpp"
 
 namespace service::util::config::xml::internal {
+
+// The pairs of a namespace and the location of its schema that the XML library makes of the list:
+// an entry may hold several of them, or a part of one, since white space parts them.
+using SchemaLocations = std::vector<std::pair<std::string, std::string>>;
+SchemaLocations schemaLocations(const SchemeList& schemes);
 
 // Switches on validation against the grammars in the parser's pool and the caller's schemas.
 void enableValidation(xerces::Parser& parser, const SchemeList& schemes);

@@ -18,7 +18,6 @@
 #include "load/LoadEvents.hpp"
 #include "load/SearchedFirst.hpp"
 #include "service/util/config/internal/Config.hpp"
-#include "service/util/config/xml/Session.hpp"
 #include "service/util/config/xml/create.hpp"
 #include "service/util/config/xml/internal/XmlConfigParser.hpp"
 #include "service/util/locator/ConfigLocator.hpp"
@@ -26,6 +25,7 @@
 #include "xerces/Parser.hpp"
 #include "xerces/dom.hpp"
 #include "xml/DocumentParser.hpp"
+#include "xml/XmlLibrary.hpp"
 #include "xml/names.hpp"
 #include "xml/validation.hpp"
 #include "xml/withoutXmlExceptions.hpp"
@@ -170,7 +170,7 @@ XmlConfigParser::XmlConfigParser(const std::string& file, const SchemeList& sche
     throw Exception(CU_MISSING_ARGUMENT, 0, unit, constructorSignature, __LINE__, "");
   }
   const std::string directory = cppUtil::fileName::getPath(fileName);
-  const Session session;
+  const XmlLibrary library;
   const Load running(*this);
   std::optional<LoadEvents> observed;
   if (observer != nullptr) events = &observed.emplace(*observer);

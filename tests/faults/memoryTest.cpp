@@ -86,7 +86,12 @@ std::string functionOf(const std::string& symbol) {
 IConfigPtr load(bool validate) {
   try {
     return service::util::config::xml::create("main.xml", {}, validate);
-  } catch (const cppUtil::err::Exception&) {
+  } catch (const cppUtil::err::Exception& e) {
+    // A failing initialisation is the load's, too.
+    if (e.getFile() == "src/session") {
+      std::fprintf(stderr, "%s%s", brokenBy, e.getFile().c_str());
+      _exit(1);
+    }
   } catch (const std::bad_alloc&) {
   }
   return nullptr;

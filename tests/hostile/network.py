@@ -91,6 +91,10 @@ def local(_port):
         "main.xml": config("<property>&e;</property>", prolog='<!DOCTYPE config SYSTEM "d/d.dtd">'),
         "d/d.dtd": '<!ENTITY e SYSTEM "e.txt"><!ATTLIST property name CDATA "d">',
         "d/e.txt": "from e"}, loaded("d=from e"))
+    yield Row("a document type and an entity with escaped blanks", {
+        "main.xml": config(prop("&e;"), prolog='<!DOCTYPE config SYSTEM "my%20d/d%20.dtd">'),
+        "my d/d .dtd": '<!ENTITY e SYSTEM "e%20e%21.txt">', "my d/e e%21.txt": "from e"},
+        loaded("p=from e"))
     yield from both("a local entity by its URL", lambda d: write(d, {
         "an e.txt": "from e",
         **typed(f'<!ENTITY e SYSTEM "file://{d}/an%20e.txt">', prop("&e;"))}),
@@ -123,6 +127,15 @@ def schemes(_port):
               {**files, "main.xml": good.replace(">1<", ">x<")},
               error("value 'x' does not match regular expression facet '[+\\-]?[0-9]+'"),
               validate=True, schemes=[(SECOND, "schemas/second.xsd")])
+    for name, pairs in (
+            ("with white space", [(f" {SECOND}", "\tschemas/second.xsd\r\n")]),
+            ("two in one entry", [(f"urn:third third.xsd {SECOND}", "schemas/second.xsd")]),
+            ("in two entries", [("urn:third", "third.xsd " + SECOND),
+                                ("schemas/second.xsd", "urn:fourth fourth.xsd")]),
+            ("with an escaped blank", [(SECOND, "schemas/my%20second.xsd")])):
+        yield Row(f"a schema of the caller's, {name}",
+                  {**files, "schemas/my second.xsd": SECOND_SCHEMA, "main.xml": good},
+                  loaded("p=1"), validate=True, schemes=pairs)
     other_namespace = error("schema document 'bad.xsd' has different target namespace from the one "
                             f"specified in instance document '{SECOND}'")
     for name, location, content, expected in (

@@ -32,7 +32,7 @@ TEST(FindAllTest, GivesTheMatchAndWhatItHides) {
   EXPECT_FALSE(ConfigLocator::remove("/none"));
 
   const struct {
-    const char* name;
+    std::string name;
     const char* expected;
   } rows[] = {
       {"x", "'' {T}/here/x\n'{T}/a' {T}/a/x\n'../b' {T}/here/../b/x\n"},
@@ -42,6 +42,7 @@ TEST(FindAllTest, GivesTheMatchAndWhatItHides) {
       {"{T}/b/x", "'' {T}/b/x\n"},
       {"{T}/d/x", ""},
       {"", ""},
+      {std::string("only\0zz", 7), ""},
   };
   for (const auto& row : rows) {
     const std::string name = replaceAll(row.name, "{T}", folder.path);

@@ -60,6 +60,8 @@ std::unique_ptr<cu_String, Delete> makeText() {
 }  // namespace
 
 std::string ConfigLocator::find(const std::string& name) {
+  // No file has such a name; the platform would look for what stands before the NUL.
+  if (name.find('\0') != std::string::npos) return "";
   cu_String* text = nullptr;
   checkPlatformCall(cu_String_new(&text, 0));
   bool found = false;

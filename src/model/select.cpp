@@ -8,6 +8,7 @@
 #include <cutil/cutil.h>
 
 #include "cppUtil/err/Exception.hpp"
+#include "cppUtil/internal/text.hpp"
 #include "service/util/config/errorModule.hpp"
 
 namespace service::util::config {
@@ -15,6 +16,8 @@ namespace service::util::config {
 namespace {
 
 using cppUtil::err::Exception;
+using cppUtil::internal::isAlphanumeric;
+using cppUtil::internal::isDigit;
 
 // Each cause has a line number of its own, by which callers tell them apart. The numbers are fixed;
 // they do not follow the source.
@@ -38,14 +41,6 @@ std::string checkedText(const char* text) {
   if (text != nullptr) return text;
   throw Exception(CU_MISSING_ARGUMENT, 0, "src/select",
                   "service::util::config::Select::Select(const char*)", NULL_TEXT, "");
-}
-
-constexpr bool isDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
-constexpr bool isNameCharacter(char c) {
-  return isDigit(c) || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
 }
 
 constexpr std::uint32_t appendDigit(std::uint32_t index, char digit) {
@@ -76,12 +71,12 @@ void Select::parse(const std::string& text) {
   for (const char c : text) {
     switch (state) {
       case State::NameStart:
-        if (!isNameCharacter(c)) fail(BAD_NAME_START);
+        if (!isAlphanumeric(c)) fail(BAD_NAME_START);
         propertyName += c;
         state = State::InName;
         break;
       case State::InName:
-        if (isNameCharacter(c)) {
+        if (isAlphanumeric(c)) {
           propertyName += c;
         } else if (c == '.') {
           pushPart();

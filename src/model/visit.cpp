@@ -5,12 +5,18 @@
 #include <algorithm>
 
 #include "cppUtil/err/Exception.hpp"
+#include "cppUtil/internal/Character.hpp"
+#include "cppUtil/internal/text.hpp"
 #include "service/util/config/internal/Config.hpp"
 
 namespace service::util::config {
 
 namespace {
 
+using cppUtil::internal::Character;
+using cppUtil::internal::isAlphanumeric;
+using cppUtil::internal::isSafe;
+using cppUtil::internal::unicodeEscape;
 using internal::Config;
 
 const Config& configOf(const IConfigPtr& config, const char* function) {
@@ -157,26 +163,29 @@ std::vector<std::string> getSectionNames(const IConfigPtr& config) {
 }
 
 bool isSelectable(const std::string& name) {
-  const auto isSelectableCharacter = [](char c) {
-    return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
-  };
-  return !name.empty() && std::all_of(name.begin(), name.end(), isSelectableCharacter);
+  return !name.empty() && std::all_of(name.begin(), name.end(), isAlphanumeric);
 }
 
 std::string spellName(const std::string& name) {
   if (isSelectable(name)) return name;
-  static const char* digits = "0123456789abcdef";
   std::string spelled = "\"";
-  for (const char c : name) {
-    const auto byte = static_cast<unsigned char>(c);
-    if (byte < 0x20) {
-      spelled += {'\\', 'u', '0', '0', digits[byte >> 4], digits[byte & 15]};
+  for (std::size_t at = 0; at < name.size();) {
+    const Character character(name.data() + at, name.size() - at);
+    if (character.isValid() && !isSafe(character.code)) {
+      spelled += unicodeEscape(character.code);
     } else {
-      if (c == '"' || c == '\\') spelled += '\\';
-      spelled += c;
+      if (name[at] == '"' || name[at] == '\\') spelled += '\\';
+      spelled.append(name, at, character.step());
     }
+    at += character.step();
   }
   return spelled + '"';
+}
+
+std::string spellPath(std::string path, const std::string& name, std::uint32_t index,
+                      std::uint32_t count) {
+  extend(path, name, index, count);
+  return path;
 }
 
 void visit(const IConfigPtr& config, Visitor& visitor) {

@@ -11,6 +11,7 @@
 #include <limits>
 
 #include "plain/characters.hpp"
+#include "service/util/config/grammar/getGrammar.hpp"
 
 namespace service::util::config::plain {
 
@@ -31,8 +32,6 @@ constexpr std::size_t maximumDepth = 63;
 
 // Of attributes that the loader ignores.
 constexpr std::size_t maximumOthers = 8;
-
-constexpr std::string_view grammarNamespace = "urn:zu:util:config";
 
 // How the namespaces begin that are not for use as a default.
 constexpr std::string_view reservedNamespace = "http://www.w3.org/";
@@ -434,7 +433,7 @@ class Reader {
 
   void checkNamespace(std::string_view name) {
     if (name.substr(0, reservedNamespace.size()) == reservedNamespace) giveUp();
-    if (name != grammarNamespace) document.isValid = false;
+    if (name != grammar::targetNamespace) document.isValid = false;
   }
 
   // Text or white space, and the markup behind it.

@@ -8,6 +8,7 @@
 #include <xercesc/util/XMLString.hpp>
 
 #include "report/SourceFile.hpp"
+#include "service/util/config/grammar/getGrammar.hpp"
 #include "service/util/config/visit.hpp"
 #include "xerces/Exception.hpp"
 #include "xerces/dom.hpp"
@@ -81,7 +82,7 @@ class DocumentCheck {
     add(*root, "invalid",
         std::string("the root element is in ") +
             (uri.empty() ? "no namespace" : "the namespace " + quoted(uri)) +
-            "; validation needs xmlns=" + quoted(names::grammarNamespace));
+            "; validation needs xmlns=" + quoted(grammar::targetNamespace));
   }
 
   void addFault(const Fault& fault) {

@@ -12,9 +12,6 @@ inline xerces::XmlString fromAscii(std::string_view text) {
   return {text.begin(), text.end()};
 }
 
-// The target namespace of the grammar.
-constexpr const char* grammarNamespace = "urn:zu:util:config";
-
 inline const xerces::XmlString config = fromAscii("config");
 inline const xerces::XmlString section = fromAscii("section");
 inline const xerces::XmlString property = fromAscii("property");

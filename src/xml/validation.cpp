@@ -56,7 +56,7 @@ void loadGrammar(xercesc::XMLGrammarPool& grammars) {
 
 bool isInKnownNamespace(const xercesc::DOMElement& root, const SchemeList& schemes) {
   const std::string uri = xerces::transcode(root.getNamespaceURI());
-  if (uri == names::grammarNamespace) return true;
+  if (uri == grammar::targetNamespace) return true;
   const SchemaLocations locations = schemaLocations(schemes);
   return std::any_of(locations.begin(), locations.end(),
                      [&](const auto& location) { return location.first == uri; });

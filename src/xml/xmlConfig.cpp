@@ -17,6 +17,7 @@
 #include "cppUtil/logger/Logger.hpp"
 #include "load/LoadEvents.hpp"
 #include "load/SearchedFirst.hpp"
+#include "service/util/config/grammar/getGrammar.hpp"
 #include "service/util/config/internal/Config.hpp"
 #include "service/util/config/xml/create.hpp"
 #include "service/util/config/xml/internal/XmlConfigParser.hpp"
@@ -86,7 +87,7 @@ void logParsing(const std::string& fileName) {
 void requireKnownNamespace(const DOMElement& root, const SchemeList& schemes) {
   if (internal::isInKnownNamespace(root, schemes)) return;
   throw xerces::failureAt(
-      root, std::string("expected element in the namespace \"") + names::grammarNamespace + "\"!");
+      root, std::string("expected element in the namespace \"") + grammar::targetNamespace + "\"!");
 }
 
 // The child elements of an element that mean something, by kind, each kind in document order.

@@ -113,7 +113,7 @@ TEST(VisitTest, SpellsAllOtherNamesInQuotes) {
   } cases[] = {
       {"aZ09", "aZ09"},           {"", "\"\""},
       {"a_b", "\"a_b\""},         {"\xc3\xa4", "\"\xc3\xa4\""},
-      {"a\"\\", "\"a\\\"\\\\\""}, {"a\n\x1f\x7f", "\"a\\u000a\\u001f\x7f\""},
+      {"a\"\\", "\"a\\\"\\\\\""}, {"a\n\x1f\x7f\xc2\x85", "\"a\\u000a\\u001f\\u007f\\u0085\""},
   };
   for (const auto& c : cases) {
     EXPECT_EQ(service::util::config::spellName(c.name), c.spelled);

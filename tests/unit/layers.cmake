@@ -52,7 +52,8 @@ file(GLOB load_files RELATIVE ${ROOT} ${ROOT}/src/load/*)
 list(FILTER load_files EXCLUDE REGEX "LoadEvents")
 room(load FILES ${load_files} include/service/util/config/xml/*.hpp include/service/util/config/xml/*.in
   SEES ${load})
-room(plain FILES src/plain/*.hpp src/plain/*.cpp SEES "plain/" ${load})
+room(plain FILES src/plain/*.hpp src/plain/*.cpp 
+  SEES "plain/" "service/util/config/grammar/" ${load})
 room(report FILES src/report/*.hpp src/report/*.cpp SEES "report/" ${load})
 room(xml FILES src/xml/*.hpp src/xml/*.cpp
   SEES "(xml|report)/" "service/util/config/grammar/" ${load} ${toolkit})

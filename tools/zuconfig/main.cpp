@@ -97,14 +97,14 @@ ExitCode run(int argc, char** argv) {
     return code;
   } catch (const Failure& e) {
     std::cout.flush();
-    if (*e.what() != '\0') std::cerr << "zuconfig: " << e.what() << "\n";
+    if (*e.what() != '\0') std::cerr << "zuconfig: " << printableLines(e.what()) << "\n";
     return e.code;
   } catch (const std::ios_base::failure&) {
     throw;
   } catch (const cppUtil::err::Exception& e) {
     std::cerr << "zuconfig: " << cppUtil::err::describe(e) << "\n";
   } catch (const std::exception& e) {
-    std::cerr << "zuconfig: " << e.what() << "\n";
+    std::cerr << "zuconfig: " << printableLines(e.what()) << "\n";
   }
   return NOT_LOADED;
 }

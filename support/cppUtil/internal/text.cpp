@@ -43,12 +43,6 @@ std::size_t distance(const std::string& from, const std::string& to, std::size_t
   return last[to.size()];
 }
 
-bool isSafe(char32_t code) {
-  const auto isIn = [code](char32_t first, char32_t last) { return code >= first && code <= last; };
-  return code >= 0x20 && !isIn(0x7F, 0x9F) && code != 0x061C && !isIn(0x200E, 0x200F) &&
-         !isIn(0x2028, 0x202E) && !isIn(0x2066, 0x2069);
-}
-
 std::string escapeOf(const Character& character, char byte) {
   switch (byte) {
     case '\n':
@@ -61,8 +55,7 @@ std::string escapeOf(const Character& character, char byte) {
       break;
   }
   if (character.length < 2) return "\\x" + inHexadecimal(byte);
-  return "\\u" + inHexadecimal(static_cast<char>(character.code >> 8)) +
-         inHexadecimal(static_cast<char>(character.code & 0xFF));
+  return unicodeEscape(character.code);
 }
 
 std::string safe(const std::string& text, bool isReversible) {
@@ -87,6 +80,17 @@ std::string inHexadecimal(char byte) {
   static const char* digits = "0123456789abcdef";
   const auto bits = static_cast<unsigned char>(byte);
   return {digits[bits >> 4], digits[bits & 15]};
+}
+
+bool isSafe(char32_t code) {
+  const auto isIn = [code](char32_t first, char32_t last) { return code >= first && code <= last; };
+  return code >= 0x20 && !isIn(0x7F, 0x9F) && code != 0x061C && !isIn(0x200E, 0x200F) &&
+         !isIn(0x2028, 0x202E) && !isIn(0x2066, 0x2069);
+}
+
+std::string unicodeEscape(char32_t code) {
+  return "\\u" + inHexadecimal(static_cast<char>(code >> 8)) +
+         inHexadecimal(static_cast<char>(code & 0xFF));
 }
 
 std::string printable(const std::string& text) {

@@ -9,8 +9,23 @@
 
 namespace cppUtil::internal {
 
+// Of ASCII, whatever the locale.
+constexpr bool isDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+constexpr bool isAlphanumeric(char c) {
+  return isDigit(c) || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+}
+
 // The byte in two hexadecimal digits.
 std::string inHexadecimal(char byte);
+
+// Whether the character neither acts on a terminal nor misleads the eye.
+bool isSafe(char32_t code);
+
+// "\uHHHH", as C++, JSON and others spell a character of the first 65,536.
+std::string unicodeEscape(char32_t code);
 
 // text on one line, with nothing in it that acts on a terminal or misleads the eye; whatever people
 // see of files, names and other libraries passes through here. Line breaks and tabs become \n, \r

@@ -16,6 +16,7 @@ namespace {
 
 using service::util::config::getPropertyNames;
 using service::util::config::getSectionNames;
+using service::util::config::spellPath;
 
 struct Side {
   std::string file;
@@ -89,7 +90,7 @@ class Comparison {
       if (i < inA) pair.a->getProperty(name, valueA, i);
       if (i < inB) pair.b->getProperty(name, valueB, i);
       if (i < inA && i < inB && valueA == valueB) continue;
-      const std::string selector = joined(path, name, i, count);
+      const std::string selector = spellPath(path, name, i, count);
       start(selector);
       if (i < inA) print('-', selector, valueA, a.origins.of(pair.a, name, i));
       if (i < inB) print('+', selector, valueB, b.origins.of(pair.b, name, i));
@@ -103,7 +104,7 @@ class Comparison {
     const std::uint32_t inA = pair.a == nullptr ? 0 : pair.a->getSectionCount(name);
     const std::uint32_t inB = pair.b == nullptr ? 0 : pair.b->getSectionCount(name);
     const std::uint32_t count = std::max(inA, inB);
-    const std::string selector = joined(level.path, name, index, count);
+    const std::string selector = spellPath(level.path, name, index, count);
     if (index >= inA || index >= inB) {
       start(selector + ".");
       if (index < inA) print('-', selector + ".", "", a.origins.ofSection(pair.a, name, index));

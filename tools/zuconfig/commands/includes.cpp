@@ -217,7 +217,7 @@ class GraphPrinter {
 
   std::string inDot(const Node& node) const {
     std::string text;
-    for (const char c : nameOf(node)) {
+    for (const char c : printable(nameOf(node))) {
       if (c == '"' || c == '\\') text += '\\';
       text += c;
     }
@@ -264,8 +264,8 @@ struct Includes {
     for (const Problem& problem : problems) {
       if (problem.rule != "not-well-formed" && problem.rule != "unloadable") continue;
       std::cout.flush();
-      std::cerr << "zuconfig: " << loader.shown(problem.location) << ": " << problem.message << " ["
-                << problem.rule << "]\n";
+      std::cerr << "zuconfig: " << loader.shown(problem.location) << ": "
+                << printable(problem.message) << " [" << problem.rule << "]\n";
       code = NOT_LOADED;
     }
     return code;

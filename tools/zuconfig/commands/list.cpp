@@ -67,7 +67,7 @@ struct List {
 
   void printIndices(const std::string& name, std::uint32_t count, const char* end) const {
     for (std::uint32_t index = 0; index < count; ++index) {
-      print(joined("", name, index, count) + end);
+      print(service::util::config::spellPath("", name, index, count) + end);
     }
   }
 

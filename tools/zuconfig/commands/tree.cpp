@@ -13,6 +13,7 @@ namespace {
 
 using service::util::config::getPropertyNames;
 using service::util::config::getSectionNames;
+using service::util::config::spellPath;
 using service::util::config::Visited;
 using service::util::config::Visitor;
 
@@ -74,7 +75,7 @@ class TreePrinter : public Visitor {
 
   void printName(const Visited& visited, bool isLast) const {
     std::cout << colours.dim << indent << (isLast ? "└── " : "├── ") << colours.off << colours.name
-              << joined("", visited.name, visited.index, visited.count) << colours.off;
+              << spellPath("", visited.name, visited.index, visited.count) << colours.off;
   }
 
   void printOrigin(const Origins::Origin& origin) const {

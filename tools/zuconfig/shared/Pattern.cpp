@@ -13,6 +13,7 @@ namespace {
 
 using service::util::config::getPropertyNames;
 using service::util::config::getSectionNames;
+using service::util::config::spellPath;
 
 bool isNameCharacter(char c) {
   return isAlphanumeric(c) || c == '*';
@@ -160,7 +161,7 @@ class Matcher {
     for (const std::string& name : namesFor(part, config, getPropertyNames)) {
       const std::uint32_t count = config->getPropertyCount(name);
       for (std::uint32_t index = part.first(); index < part.last(count); ++index) {
-        found({config, name, index, joined(path, name, index, count), nullptr});
+        found({config, name, index, spellPath(path, name, index, count), nullptr});
       }
     }
   }
@@ -171,7 +172,7 @@ class Matcher {
       const std::uint32_t count = config->getSectionCount(name);
       for (std::uint32_t index = part.first(); index < part.last(count); ++index) {
         const IConfigPtr section = config->getSection(name, index);
-        const std::string below = joined(path, name, index, count);
+        const std::string below = spellPath(path, name, index, count);
         if (at + 1 < parts.size()) {
           matchFrom(at + 1, section, below);
         } else {

@@ -11,6 +11,7 @@ using service::util::config::getPropertyNames;
 using service::util::config::getSectionNames;
 using service::util::config::IConfig;
 using service::util::config::spellName;
+using service::util::config::spellPath;
 
 // One of the two kinds of things in a section, as this file words it.
 struct Kind {
@@ -75,7 +76,7 @@ std::vector<Match> sectionsOnTheWay(const IConfigPtr& config, const Pattern& pat
     const std::uint32_t count = at->getSectionCount(part.name);
     if (!part.isSingle() || part.index >= count) break;
     const IConfigPtr below = at->getSection(part.name, part.index);
-    path = joined(path, part.name, part.index, count);
+    path = spellPath(path, part.name, part.index, count);
     sections.push_back({at, part.name, part.index, path, below});
     at = below;
   }
@@ -94,7 +95,7 @@ std::string whyMissing(const IConfigPtr& config, const Pattern& pattern, Wanted 
   }
   if (const std::string name = dottedName(at, pattern, reached.size()); !name.empty()) {
     return "no section called " + quoted(part.name) + inPlace(path) +
-           "; a name with a dot in it is written in quotes: " + joined(path, name, 0, 1);
+           "; a name with a dot in it is written in quotes: " + spellPath(path, name, 0, 1);
   }
   return reasonFor(at, part, kind, isSection ? property : section, path);
 }

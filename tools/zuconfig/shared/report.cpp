@@ -1,4 +1,5 @@
 // The three forms of a report: for the eye and for editors, for scripts, for code hosts.
+#include <cctype>
 #include <iostream>
 #include <map>
 #include <nlohmann/json.hpp>
@@ -16,7 +17,7 @@ using service::util::config::report::nameOf;
 
 // Names of files need not be UTF-8.
 void print(const json& document) {
-  std::cout << document.dump(2, ' ', false, json::error_handler_t::replace) << "\n";
+  std::cout << printableJson(document.dump(2, ' ', false, json::error_handler_t::replace)) << "\n";
 }
 
 json inJson(const Range& range, const Loader& loader) {
@@ -30,15 +31,14 @@ json inJson(const Range& range, const Loader& loader) {
 
 // path as part of a URI.
 std::string inUri(const std::string& path) {
-  static const char* digits = "0123456789ABCDEF";
   const std::string allowed = "-._~/!$&'()*+,;=@";
   std::string uri = path[0] == '/' ? "file://" : "";
   for (const char c : path) {
     if (isAlphanumeric(c) || allowed.find(c) != allowed.npos) {
       uri += c;
     } else {
-      const auto byte = static_cast<unsigned char>(c);
-      uri += {'%', digits[byte >> 4], digits[byte & 15]};
+      uri += '%';
+      for (const char digit : inHexadecimal(c)) uri += static_cast<char>(std::toupper(digit));
     }
   }
   return uri;

@@ -7,8 +7,6 @@
 #include <cstring>
 #include <nlohmann/json.hpp>
 
-#include "service/util/config/visit.hpp"
-
 namespace zuconfig {
 
 namespace {
@@ -19,14 +17,6 @@ bool isSet(const char* variable) {
 }
 
 }  // namespace
-
-bool isDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
-bool isAlphanumeric(char c) {
-  return isDigit(c) || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
-}
 
 bool startsWith(const std::string& text, const char* start) {
   return text.rfind(start, 0) == 0;
@@ -42,8 +32,30 @@ std::string validUtf8(const std::string& text) {
   return result;
 }
 
+std::string printableLines(const std::string& text) {
+  std::string result;
+  for (std::size_t start = 0; start <= text.size();) {
+    const std::size_t end = std::min(text.find('\n', start), text.size());
+    result += (start > 0 ? "\n" : "") + printable(text.substr(start, end - start));
+    start = end + 1;
+  }
+  return result;
+}
+
 std::string inJson(const std::string& text) {
-  return nlohmann::json(text).dump(-1, ' ', false, nlohmann::json::error_handler_t::replace);
+  using json = nlohmann::json;
+  return printableJson(json(text).dump(-1, ' ', false, json::error_handler_t::replace));
+}
+
+std::string printableJson(const std::string& document) {
+  std::string result;
+  for (std::size_t at = 0; at < document.size();) {
+    const Character c(document.data() + at, document.size() - at);
+    const bool isEscaped = c.code >= 0x7F && !isSafe(c.code);
+    result += isEscaped ? unicodeEscape(c.code) : document.substr(at, c.step());
+    at += c.step();
+  }
+  return result;
 }
 
 std::string indentation(std::size_t columns) {
@@ -59,14 +71,6 @@ std::string deeper(const std::string& indent, bool isLast) {
 std::size_t width(const std::string& text) {
   return static_cast<std::size_t>(
       std::count_if(text.begin(), text.end(), [](char c) { return (c & 0xC0) != 0x80; }));
-}
-
-std::string joined(const std::string& path, const std::string& name, std::uint32_t index,
-                   std::uint32_t count) {
-  std::string result = path.empty() ? "" : path + ".";
-  result += service::util::config::spellName(name);
-  if (count > 1) result += "[" + std::to_string(index) + "]";
-  return result;
 }
 
 std::string counted(std::uint64_t count, const std::string& noun) {

@@ -15,13 +15,13 @@ using cppUtil::internal::Character;
 using cppUtil::internal::didYouMean;
 using cppUtil::internal::escaped;
 using cppUtil::internal::inHexadecimal;
+using cppUtil::internal::isAlphanumeric;
+using cppUtil::internal::isDigit;
+using cppUtil::internal::isSafe;
 using cppUtil::internal::nearest;
 using cppUtil::internal::printable;
 using cppUtil::internal::quoted;
-
-// Of ASCII.
-bool isDigit(char c);
-bool isAlphanumeric(char c);
+using cppUtil::internal::unicodeEscape;
 
 bool startsWith(const std::string& text, const char* start);
 
@@ -31,8 +31,14 @@ constexpr const char* replacementCharacter = "\xEF\xBF\xBD";
 // text with U+FFFD in place of every byte that is no UTF-8.
 std::string validUtf8(const std::string& text);
 
+// printable for a text of several lines.
+std::string printableLines(const std::string& text);
+
 // text as a string of JSON; bytes that are no UTF-8 are replaced.
 std::string inJson(const std::string& text);
+
+// document, which is JSON, with all that JSON leaves as it is and printable does not escaped.
+std::string printableJson(const std::string& document);
 
 // So many blanks, but no more than keep a line readable: what is nested deeply would consist of
 // blanks otherwise.
@@ -44,10 +50,6 @@ std::string deeper(const std::string& indent, bool isLast);
 
 // As many columns as text takes, with one for each character.
 std::size_t width(const std::string& text);
-
-// The selector path extended by name, which occurs count times.
-std::string joined(const std::string& path, const std::string& name, std::uint32_t index,
-                   std::uint32_t count);
 
 // "1 value", "2 values".
 std::string counted(std::uint64_t count, const std::string& noun);

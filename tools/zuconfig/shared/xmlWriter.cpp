@@ -1,5 +1,6 @@
 // The XML form of a dump. White space is kept: in attributes it is written as references, because a
 // parser makes blanks of it otherwise, and so are carriage returns everywhere.
+#include "service/util/config/grammar/getGrammar.hpp"
 #include "service/util/config/visit.hpp"
 #include "shared/Failure.hpp"
 #include "shared/text.hpp"
@@ -11,8 +12,6 @@ namespace {
 
 using service::util::config::Visited;
 using service::util::config::Visitor;
-
-constexpr const char* grammarNamespace = "urn:zu:util:config";
 
 bool isControl(char32_t c) {
   return c < 0x20 && c != '\t' && c != '\n' && c != '\r';
@@ -41,11 +40,11 @@ class ControlFinder : public Visitor {
 
 class XmlWriter : public Visitor {
  public:
-  XmlWriter(std::ostream& out, bool isVersion11) : out(out), isVersion11(isVersion11) {}
+  explicit XmlWriter(std::ostream& out) : out(out) {}
 
-  void start(const std::string& name) {
+  void start(const std::string& name, bool isVersion11) {
     out << "<?xml version=\"" << (isVersion11 ? "1.1" : "1.0") << "\" encoding=\"UTF-8\"?>\n"
-        << "<config xmlns=\"" << grammarNamespace << "\" name=\"";
+        << "<config xmlns=\"" << service::util::config::grammar::targetNamespace << "\" name=\"";
     writeText(name, true);
     out << "\" version=\"1.0\">\n";
   }
@@ -106,14 +105,12 @@ class XmlWriter : public Visitor {
     }
   }
 
-  bool needsReference(char32_t c, bool isAttribute) const {
-    if (c == '\r' || isControl(c)) return true;
-    if (isAttribute && (c == '\n' || c == '\t')) return true;
-    return isVersion11 && ((c >= 0x7F && c < 0xA0) || c == 0x2028);
+  static bool needsReference(char32_t c, bool isAttribute) {
+    if (c == '\n' || c == '\t') return isAttribute;
+    return !isSafe(c);
   }
 
   std::ostream& out;
-  bool isVersion11;
   std::size_t depth = 1;
 };
 
@@ -122,8 +119,8 @@ class XmlWriter : public Visitor {
 void writeXml(std::ostream& out, const IConfigPtr& config, const std::string& name) {
   ControlFinder finder;
   service::util::config::visit(config, finder);
-  XmlWriter writer(out, finder.hasControls);
-  writer.start(name);
+  XmlWriter writer(out);
+  writer.start(name, finder.hasControls);
   service::util::config::visit(config, writer);
   writer.finish();
 }

@@ -27,8 +27,14 @@ ZU_EXPORT std::vector<std::string> getSectionNames(const IConfigPtr& config);
 ZU_EXPORT bool isSelectable(const std::string& name);
 
 // The name as a visit spells it in paths: as it is when it is selectable, otherwise in double
-// quotes, with the escapes of JSON for double quotes, backslashes and control characters.
+// quotes, with the escapes of JSON for double quotes, backslashes, control characters and what else
+// acts on a terminal or changes the direction of writing.
 ZU_EXPORT std::string spellName(const std::string& name);
+
+// The path of what name and index mean in the section at path, as a visit spells it: with the index
+// when the name occurs more than once there. An empty path is that of the configuration.
+ZU_EXPORT std::string spellPath(std::string path, const std::string& name, std::uint32_t index,
+                                std::uint32_t count);
 
 // The value or section that a visit is at. The references are valid during the call only.
 struct Visited {

@@ -10,6 +10,9 @@
 
 namespace service::util::config::grammar {
 
+// The namespace of the elements that it declares.
+inline constexpr const char* targetNamespace = "urn:zu:util:config";
+
 // A copy of the grammar's UTF-8 text, without a terminating NUL. Throws std::bad_alloc only.
 ZU_EXPORT std::vector<char> getGrammar();
 

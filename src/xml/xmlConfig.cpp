@@ -113,6 +113,9 @@ struct Children {
   std::vector<const DOMElement*> sections;
 };
 
+// Files that include others more than once multiply.
+constexpr std::size_t maximumFiles = 100000;
+
 // Runs step for each element, guarded at place.
 template <class Step>
 void forEach(const std::vector<const DOMElement*>& elements, const Place& place, const Step& step) {
@@ -156,6 +159,7 @@ struct XmlConfigParser::Load {
   // must not change what holds for the next.
   xercesc::XMLGrammarPoolImpl grammars{XMLPlatformUtils::fgMemoryManager};
   bool hasGrammar = false;
+  std::size_t files = 1;  // read so far or being read
 };
 
 XmlConfigParser::XmlConfigParser(const std::string& file, const SchemeList& schemes, bool validate)
@@ -257,6 +261,9 @@ void XmlConfigParser::parseInclude(const IConfigPtr& config, const DOMElement& e
       throw Exception(CU_FILE_NOT_FOUND, 0, unit, parseIncludeSignature, __LINE__, "")
           << "XMLParser: in file \"" << tag.file << "\" at line " << tag.line << " at column "
           << tag.column << ":  included configuration file '" << text << "' not found!";
+    }
+    if (load != nullptr && ++load->files > maximumFiles) {
+      throw xerces::failureAt(element, "too many files!");
     }
     reading(events, text, path, &element, [&] {
       SearchedFirst beside(cppUtil::fileName::getPath(path));

@@ -8,6 +8,7 @@
 #include <fcntl.h>
 #include <locator/locator.h>
 #include <pthread.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -36,8 +37,9 @@ struct Options {
   service::util::config::xml::SchemeList schemes;
   bool validate = false;
   std::size_t stackSize = 0;  // of a thread to load on; 0 for the main thread
-  std::string event;          // what happens between the log entry about a file and reading it
-  std::string eventFile;      // that file, in the current directory
+  rlim_t laterStack = 0;  // a limit on the stack, set after the file was loaded once; 0 for none
+  std::string event;      // what happens between the log entry about a file and reading it
+  std::string eventFile;  // that file, in the current directory
 };
 
 Options options;
@@ -60,6 +62,8 @@ Options parseOptions(const std::vector<std::string>& arguments) {
       result.schemes.emplace_back(uri, next());
     } else if (word == "--stack") {
       result.stackSize = std::stoul(next()) * 1024;
+    } else if (word == "--later-stack") {
+      result.laterStack = std::stoul(next()) * 1024;
     } else if (word == "--during") {
       result.event = next();
       result.eventFile = next();
@@ -157,6 +161,11 @@ int main(int argc, char** argv) {
   cu_Logger_setCallback(onLog, nullptr);
   const std::vector<std::string> before = searchPath();
 
+  if (options.laterStack != 0) {
+    load();
+    const rlimit limit = {options.laterStack, RLIM_INFINITY};
+    if (setrlimit(RLIMIT_STACK, &limit) != 0) stop("setrlimit");
+  }
   if (options.stackSize == 0) {
     load();
   } else {

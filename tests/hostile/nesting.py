@@ -67,6 +67,13 @@ def includes():
         "b/two.xml": config(include("../a/one.xml"))},
         tuple(at((1, "{N}"), "files or sections nested too deeply for the stack", file)
               for file in ("{STEPS}one.xml", "{STEPS}two.xml")), megabytes=600, seconds=10)
+    yield Row("a file that includes itself, with less stack the second time", itself,
+        DEEP_WALK + DEEP_WALK, arguments=["--later-stack", "512"], megabytes=600, seconds=4)
+    # Reading 100,000 files takes a while.
+    doubling = {f"f{i}.xml": config(include(f"f{i + 1}.xml") * 2) for i in range(40)}
+    yield Row("files that include the next twice",
+              {**doubling, "f40.xml": config(""), "main.xml": config(include("f0.xml"))},
+              at((1, "{N}"), "too many files", "f{N}.xml"), seconds=60, needs_limit=True)
     chain = {f"f{i}.xml": config(include(f"f{i + 1}.xml")) for i in range(200)}
     chain = {**chain, "f200.xml": config(prop("the end")), "main.xml": config(include("f0.xml"))}
     yield Row("a chain of 200 includes", chain, loaded("p=the end"))

@@ -14,7 +14,7 @@ namespace xerces {
 class LocatedException : public Exception {
  public:
   // The text is "XMLParser: in file "FILE" at line LINE at column COLUMN: REASON".
-  LocatedException(std::string file, Position position, std::string reason);
+  LocatedException(std::string fileName, Position where, std::string what);
   LocatedException(const LocatedException&) = default;
   LocatedException& operator=(const LocatedException&) = default;
   ~LocatedException() override;

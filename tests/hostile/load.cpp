@@ -37,9 +37,9 @@ struct Options {
   service::util::config::xml::SchemeList schemes;
   bool validate = false;
   std::size_t stackSize = 0;  // of a thread to load on; 0 for the main thread
-  rlim_t laterStack = 0;  // a limit on the stack, set after the file was loaded once; 0 for none
-  std::string event;      // what happens between the log entry about a file and reading it
-  std::string eventFile;  // that file, in the current directory
+  rlim_t laterStack = 0;      // a limit on the stack, set after first.xml was loaded; 0 for none
+  std::string event;          // what happens between the log entry about a file and reading it
+  std::string eventFile;      // that file, in the current directory
 };
 
 Options options;
@@ -162,7 +162,7 @@ int main(int argc, char** argv) {
   const std::vector<std::string> before = searchPath();
 
   if (options.laterStack != 0) {
-    load();
+    service::util::config::xml::create("first.xml", {}, false);
     const rlimit limit = {options.laterStack, RLIM_INFINITY};
     if (setrlimit(RLIMIT_STACK, &limit) != 0) stop("setrlimit");
   }

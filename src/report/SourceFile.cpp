@@ -20,12 +20,19 @@ constexpr off_t bytesPerMark = 4096;
 constexpr std::size_t longestCharacter = 4;
 
 // Waits for nothing, as a FIFO without a writer would.
-int openRegular(const std::string& path) {
+int openRegular(const std::string& path, const std::optional<FileState>& expected) {
   const int file = ::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC);
   struct stat status;
-  if (file >= 0 && ::fstat(file, &status) == 0 && S_ISREG(status.st_mode)) return file;
+  if (file >= 0 && ::fstat(file, &status) == 0 && S_ISREG(status.st_mode) &&
+      (!expected || *expected == FileState(status))) {
+    return file;
+  }
   if (file >= 0) ::close(file);
   return -1;
+}
+
+bool isSame(const timespec& a, const timespec& b) {
+  return a.tv_sec == b.tv_sec && a.tv_nsec == b.tv_nsec;
 }
 
 bool isLineBreak(const Character& character) {
@@ -45,7 +52,20 @@ void advance(Position& at, const Character& character, char next) {
 
 }  // namespace
 
-SourceFile::SourceFile(const std::string& path) : file(openRegular(path)) {
+FileState::FileState(const struct stat& status)
+    : device(status.st_dev),
+      inode(status.st_ino),
+      size(status.st_size),
+      modified(status.st_mtim),
+      changed(status.st_ctim) {}
+
+bool FileState::operator==(const FileState& other) const {
+  return device == other.device && inode == other.inode && size == other.size &&
+         isSame(modified, other.modified) && isSame(changed, other.changed);
+}
+
+SourceFile::SourceFile(const std::string& path, const std::optional<FileState>& expected)
+    : file(openRegular(path, expected)) {
   const std::string start = read(0, 3);
   hasUtf16Mark = start.compare(0, 2, "\xFE\xFF") == 0 || start.compare(0, 2, "\xFF\xFE") == 0;
   Position first;

@@ -6,6 +6,7 @@
 #ifndef SRC_REPORT_SOURCEFILE_HPP
 #define SRC_REPORT_SOURCEFILE_HPP
 
+#include <sys/stat.h>
 #include <sys/types.h>
 
 #include <cstdint>
@@ -23,10 +24,24 @@ struct Position {
   std::int64_t column = 1;
 };
 
+// What tells a file from all others, and from itself after a change.
+struct FileState {
+  explicit FileState(const struct stat& status);
+  bool operator==(const FileState& other) const;
+
+  dev_t device;
+  ino_t inode;
+  off_t size;
+  timespec modified;
+  timespec changed;
+};
+
 class SourceFile {
  public:
-  // What cannot be opened or is no regular file is empty; so is UTF-16, which has no lines here.
-  explicit SourceFile(const std::string& path);
+  // What cannot be opened or is no regular file is empty; so is UTF-16, which has no lines here,
+  // and a file in another state than the one that is expected, if one is.
+  explicit SourceFile(const std::string& path,
+                      const std::optional<FileState>& expected = std::nullopt);
   ~SourceFile();
   SourceFile(const SourceFile&) = delete;
   SourceFile& operator=(const SourceFile&) = delete;

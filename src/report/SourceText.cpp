@@ -1,5 +1,7 @@
 #include "report/SourceText.hpp"
 
+#include <sys/stat.h>
+
 #include <algorithm>
 
 #include "cppUtil/internal/Character.hpp"
@@ -36,9 +38,19 @@ std::string Excerpt::text() const {
   return text;
 }
 
+void SourceText::expect(const std::string& file) {
+  struct stat status = {};  // of no file there is, unless there is one
+  ::stat(file.c_str(), &status);
+  expected.try_emplace(file, status);
+}
+
 SourceFile& SourceText::open(const std::string& file) {
   if (files.size() >= mostFiles && files.count(file) == 0) files.clear();
-  return files.try_emplace(file, file).first->second;
+  const auto state = expected.find(file);
+  return files
+      .try_emplace(file, file,
+                   state == expected.end() ? std::nullopt : std::optional(state->second))
+      .first->second;
 }
 
 Range SourceText::rangeOf(const Location& location) {

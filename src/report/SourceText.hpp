@@ -41,6 +41,10 @@ struct Excerpt {
 
 class SourceText {
  public:
+  // Nothing of file is shown from now on unless it is still what it is now. The first call for a
+  // file counts.
+  void expect(const std::string& file);
+
   // The tag that ends at location, or the point itself. The library says where a start tag ends;
   // people and editors want to go where it begins.
   Range rangeOf(const Location& location);
@@ -61,6 +65,7 @@ class SourceText {
   SourceFile& open(const std::string& file);
 
   std::unordered_map<std::string, SourceFile> files;
+  std::unordered_map<std::string, FileState> expected;
 };
 
 }  // namespace service::util::config::report

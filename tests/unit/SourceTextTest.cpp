@@ -1,6 +1,10 @@
 #include "report/SourceText.hpp"
 
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <functional>
 
 #include "TemporaryFolder.hpp"
 
@@ -65,6 +69,30 @@ TEST(SourceText, QuotesAroundThePlace) {
   EXPECT_EQ(source.excerpt(range.start()).text(), text.substr(column - 61, 160));
   EXPECT_EQ(source.excerpt({file, 2, 1}).text(), "");
   EXPECT_EQ(source.excerpt({folder.path, 1, 1}).text(), "");
+}
+
+TEST(SourceText, QuotesNothingOfWhatChanged) {
+  const TemporaryFolder folder;
+  const std::string file = folder.path / "f.xml";
+  const auto excerptAfter = [&](const std::function<void()>& change) {
+    folder.write("f.xml", "<a/>");
+    SourceText source;
+    source.expect(file);
+    change();
+    return source.excerpt({file, 1, 1}).text();
+  };
+  EXPECT_EQ(excerptAfter([] {}), "<a/>");
+  EXPECT_EQ(excerptAfter([&] { folder.write("f.xml", "<a/><b/>"); }), "");
+  EXPECT_EQ(excerptAfter([&] {
+              folder.write("new.xml", "<b/>");
+              std::filesystem::rename(folder.path / "new.xml", file);
+            }),
+            "");
+  EXPECT_EQ(excerptAfter([&] {
+              std::filesystem::remove(file);
+              ASSERT_EQ(::mkfifo(file.c_str(), 0600), 0);
+            }),
+            "");
 }
 
 }  // namespace

@@ -12,8 +12,6 @@ namespace zuconfig {
 
 namespace {
 
-namespace xml = service::util::config::xml;
-
 struct Check {
   static constexpr const char* name = "check";
   static constexpr const char* summary = "Print all that is wrong with configuration files";
@@ -38,12 +36,11 @@ struct Check {
 
   ExitCode run() const {
     Loader loader(load);
-    SourceText source;
+    SourceText& source = loader.getSources();
     std::vector<Finding> findings;
     std::set<Key> known;
     for (const std::string& file : files) {
-      for (const Problem& problem :
-           xml::check(loader.resolve(file), loader.getSchemes(), loader.isValidating())) {
+      for (const Problem& problem : loader.check(loader.resolve(file))) {
         if (isWanted(problem, known)) findings.push_back(describe(problem, loader, source));
       }
     }

@@ -42,7 +42,8 @@ class NameFinder : public Visitor {
 
 class Explanation {
  public:
-  Explanation(const Loader& loader, const Origins& origins) : loader(loader), origins(origins) {}
+  Explanation(Loader& loader, const Origins& origins)
+      : loader(loader), origins(origins), source(loader.getSources()) {}
 
   void found(const Match& match, const std::vector<Match>& sections) {
     std::cout << colours.bold << match.path << colours.off;
@@ -202,7 +203,7 @@ class Explanation {
   const Loader& loader;
   const Origins& origins;
   const Colours colours;
-  SourceText source;
+  SourceText& source;
 };
 
 struct Explain {

@@ -48,9 +48,10 @@ std::string normalised(const std::string& path) {
 // origins, when there are any.
 class CircleBreaker : public Observer {
  public:
-  explicit CircleBreaker(Origins* origins) : origins(origins) {}
+  CircleBreaker(Origins* origins, SourceText& sources) : origins(origins), sources(sources) {}
 
   void fileEntered(const File& file) override {
+    sources.expect(file.path);
     if (++open[normalised(file.path)] > mostOpenings) throw std::runtime_error("include cycle");
     if (origins != nullptr) origins->fileEntered(file);
   }
@@ -73,6 +74,18 @@ class CircleBreaker : public Observer {
  private:
   std::unordered_map<std::string, int> open;
   Origins* origins;
+  SourceText& sources;
+};
+
+// Lets what is quoted of a file be what was checked.
+class Expectation : public Observer {
+ public:
+  explicit Expectation(SourceText& sources) : sources(sources) {}
+
+  void fileEntered(const File& file) override { sources.expect(file.path); }
+
+ private:
+  SourceText& sources;
 };
 
 std::string withoutLineBreakAtEnd(std::string text) {
@@ -162,7 +175,7 @@ IConfigPtr Loader::load(const std::string& file, Origins& origins) {
 }
 
 IConfigPtr Loader::load(const std::string& file, Origins* origins) {
-  CircleBreaker observer(origins);
+  CircleBreaker observer(origins, sources);
   const std::string resolved = resolve(file);
   try {
     return service::util::config::xml::create(resolved, schemes, validate, observer);
@@ -174,16 +187,20 @@ IConfigPtr Loader::load(const std::string& file, Origins* origins) {
 }
 
 // Prints what a check finds, when there is an error in it, and tells whether there was.
-bool Loader::printErrors(const std::string& resolved) const {
-  SourceText source;
+bool Loader::printErrors(const std::string& resolved) {
   std::vector<Finding> findings;
   bool isError = false;
-  for (const Problem& problem : service::util::config::xml::check(resolved, schemes, validate)) {
+  for (const Problem& problem : check(resolved)) {
     isError = isError || problem.severity == Severity::ERROR;
-    findings.push_back(describe(problem, *this, source));
+    findings.push_back(describe(problem, *this, sources));
   }
-  if (isError) printText(std::cerr, Colours(STDERR_FILENO), findings, *this, source);
+  if (isError) printText(std::cerr, Colours(STDERR_FILENO), findings, *this, sources);
   return isError;
+}
+
+std::vector<Problem> Loader::check(const std::string& resolved) {
+  Expectation observer(sources);
+  return service::util::config::xml::check(resolved, schemes, validate, observer);
 }
 
 std::string Loader::notFound(const std::string& file) const {

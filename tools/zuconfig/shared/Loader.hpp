@@ -7,9 +7,11 @@
 #include <string>
 #include <vector>
 
+#include "report/SourceText.hpp"
 #include "service/util/config/IConfig.hpp"
 #include "service/util/config/xml/Origins.hpp"
 #include "service/util/config/xml/Session.hpp"
+#include "service/util/config/xml/check.hpp"
 #include "service/util/config/xml/create.hpp"
 #include "shared/Spool.hpp"
 #include "shared/searchPath.hpp"
@@ -47,6 +49,12 @@ class Loader {
   IConfigPtr load(const std::string& file);
   IConfigPtr load(const std::string& file, Origins& origins);
 
+  // What is wrong with a file, by the name that resolve made of it.
+  std::vector<service::util::config::xml::Problem> check(const std::string& resolved);
+
+  // The texts of the files that were loaded or checked, as long as they are what they were then.
+  service::util::config::report::SourceText& getSources() { return sources; }
+
   // The search path as it is for the files that are loaded.
   std::vector<PathEntry> searchPath() const { return getSearchPath(prepended); }
 
@@ -66,14 +74,10 @@ class Loader {
   // text with the files in it relative when they are below the current directory.
   std::string shortened(const std::string& text) const;
 
-  // For commands that ask the library themselves.
-  const service::util::config::xml::SchemeList& getSchemes() const { return schemes; }
-  bool isValidating() const { return validate; }
-
  private:
   void prepend(const std::string& directory, const char* source);
   IConfigPtr load(const std::string& file, Origins* origins);
-  bool printErrors(const std::string& resolved) const;
+  bool printErrors(const std::string& resolved);
 
   service::util::config::xml::Session session;
   service::util::config::xml::SchemeList schemes;
@@ -81,6 +85,7 @@ class Loader {
   std::vector<PathEntry> prepended;
   std::string currentDirectory;  // ends in a slash; empty when it has no name
   std::optional<Spool> standardInput;
+  service::util::config::report::SourceText sources;
 };
 
 // For the eye: a file as the user wrote it.

@@ -22,6 +22,22 @@ set(ZU_REPORT_SOURCES
   ${PROJECT_SOURCE_DIR}/support/cppUtil/internal/Character.cpp
   ${PROJECT_SOURCE_DIR}/support/cppUtil/internal/text.cpp)
 
+# What the XML library takes for the local code page in any locale: UTF-8, or what the locale says.
+if(NOT CMAKE_CROSSCOMPILING OR CMAKE_CROSSCOMPILING_EMULATOR)
+  include(CheckCXXSourceRuns)
+  set(CMAKE_REQUIRED_LIBRARIES XercesC::XercesC)
+  check_cxx_source_runs([[
+    #include <xercesc/util/PlatformUtils.hpp>
+    #include <xercesc/util/XMLString.hpp>
+    int main() {
+      xercesc::XMLPlatformUtils::Initialize();
+      const XMLCh text[] = {0xE9, 0};
+      const char* local = xercesc::XMLString::transcode(text);
+      return local != nullptr && local[0] == char(0xC3) && local[1] == char(0xA9) ? 0 : 1;
+    }]] ZU_LOCAL_CODE_PAGE_IS_UTF8)
+  unset(CMAKE_REQUIRED_LIBRARIES)
+endif()
+
 add_library(zuUtilConfigObjects OBJECT
   support/cppUtil/err/Exception.cpp
   support/cppUtil/err/StackTrace.cpp
@@ -39,6 +55,7 @@ add_library(zuUtilConfigObjects OBJECT
   toolkit/xerces/LocatedException.cpp
   toolkit/xerces/Parser.cpp
   toolkit/xerces/dom.cpp
+  src/load/Load.cpp
   src/load/LoadEvents.cpp
   src/load/SearchedFirst.cpp
   src/load/describeFile.cpp
@@ -51,6 +68,7 @@ add_library(zuUtilConfigObjects OBJECT
   src/plain/Document.cpp
   src/plain/characters.cpp
   src/plain/read.cpp
+  src/plain/readFile.cpp
   src/report/format.cpp
   src/xml/Budget.cpp
   src/xml/DocumentGrammars.cpp
@@ -67,6 +85,8 @@ add_library(zuUtilConfigObjects OBJECT
   src/xml/xmlConfig.cpp
   ${PROJECT_BINARY_DIR}/getGrammar.cpp)
 set_target_properties(zuUtilConfigObjects PROPERTIES POSITION_INDEPENDENT_CODE ON)
+set_property(SOURCE src/plain/readFile.cpp DIRECTORY ${PROJECT_SOURCE_DIR} APPEND PROPERTY
+  COMPILE_DEFINITIONS ZU_LOCAL_CODE_PAGE_IS_UTF8=$<BOOL:${ZU_LOCAL_CODE_PAGE_IS_UTF8}>)
 target_include_directories(zuUtilConfigObjects PUBLIC
   ${PROJECT_SOURCE_DIR}/include ${PROJECT_SOURCE_DIR}/support ${PROJECT_SOURCE_DIR}/toolkit
   ${ZU_GENERATED_INCLUDE_DIR}

@@ -1,25 +1,22 @@
 #include "load/LoadEvents.hpp"
 
 #include "load/describeFile.hpp"
-#include "xerces/Parser.hpp"
 
 namespace service::util::config::xml::internal {
 
-using xercesc::DOMElement;
-
 void LoadEvents::sectionAdded(const IConfigPtr& parent, const std::string& name,
-                              const IConfigPtr& section, const DOMElement& element) {
+                              const IConfigPtr& section, const Position& position) {
   observer.sectionAdded(parent, name, parent->getSectionCount(name) - 1, section,
-                        locationOf(element));
+                        locationOf(position));
 }
 
 void LoadEvents::propertyAdded(const IConfigPtr& config, const std::string& name,
-                               const DOMElement& element) {
-  observer.propertyAdded(config, name, config->getPropertyCount(name) - 1, locationOf(element));
+                               const Position& position) {
+  observer.propertyAdded(config, name, config->getPropertyCount(name) - 1, locationOf(position));
 }
 
 Observer::File LoadEvents::describe(const std::string& name, const std::string& path,
-                                    const DOMElement* include) {
+                                    const Position* include) {
   return describeFile(name, path, include == nullptr ? Location() : locationOf(*include), current);
 }
 
@@ -28,10 +25,9 @@ void LoadEvents::setCurrent(const Observer::File* file) {
   location.file = file == nullptr ? "" : file->path;
 }
 
-const Location& LoadEvents::locationOf(const DOMElement& element) {
-  const auto& tag = xerces::Parser::getLocationTag(&element);
-  location.line = tag.line;
-  location.column = tag.column;
+const Location& LoadEvents::locationOf(const Position& position) {
+  location.line = position.line;
+  location.column = position.column;
   return location;
 }
 

@@ -3,11 +3,15 @@
 #ifndef SRC_LOAD_LOADEVENTS_HPP
 #define SRC_LOAD_LOADEVENTS_HPP
 
-#include <xercesc/dom/DOMElement.hpp>
-
 #include "service/util/config/xml/Observer.hpp"
 
 namespace service::util::config::xml::internal {
+
+// Where an element stands in the file that is being read, as in Location.
+struct Position {
+  int line;
+  int column;
+};
 
 class LoadEvents {
  public:
@@ -16,9 +20,9 @@ class LoadEvents {
   LoadEvents& operator=(const LoadEvents&) = delete;
 
   // Runs read, which reads the file that path names. name: what was looked up along the search path
-  // as it is now. include: the element that asked for it; null for the top-level file.
+  // as it is now. include: where the include is that asked for it; null for the top-level file.
   template <class Read>
-  void reading(const std::string& name, const std::string& path, const xercesc::DOMElement* include,
+  void reading(const std::string& name, const std::string& path, const Position* include,
                const Read& read) {
     const Observer::File file = describe(name, path, include);
     observer.fileEntered(file);
@@ -30,15 +34,14 @@ class LoadEvents {
 
   // Both are called after the addition, the first before the content of section.
   void sectionAdded(const IConfigPtr& parent, const std::string& name, const IConfigPtr& section,
-                    const xercesc::DOMElement& element);
-  void propertyAdded(const IConfigPtr& config, const std::string& name,
-                     const xercesc::DOMElement& element);
+                    const Position& position);
+  void propertyAdded(const IConfigPtr& config, const std::string& name, const Position& position);
 
  private:
   Observer::File describe(const std::string& name, const std::string& path,
-                          const xercesc::DOMElement* include);
+                          const Position* include);
   void setCurrent(const Observer::File* file);
-  const Location& locationOf(const xercesc::DOMElement& element);
+  const Location& locationOf(const Position& position);
 
   Observer& observer;
   const Observer::File* current = nullptr;
@@ -48,7 +51,7 @@ class LoadEvents {
 // Runs read, observed if there is an observer.
 template <class Read>
 void reading(LoadEvents* events, const std::string& name, const std::string& path,
-             const xercesc::DOMElement* include, const Read& read) {
+             const Position* include, const Read& read) {
   if (events == nullptr) {
     read();
   } else {

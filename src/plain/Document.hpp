@@ -10,7 +10,10 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
+
+#include "load/ElementKind.hpp"
 
 namespace service::util::config::plain {
 
@@ -22,7 +25,7 @@ struct Bytes {
 
 class Document {
  public:
-  enum class Kind : std::uint8_t { CONFIG, PROPERTY, INCLUDE, SECTION };
+  using Kind = xml::internal::ElementKind;
 
   // A range of the bytes or, counted on from their end, of the resolved texts.
   struct Text {

@@ -491,7 +491,6 @@ class Reader {
 }  // namespace
 
 std::optional<Document> read(Bytes bytes) {
-  constexpr std::size_t maximumSize = std::numeric_limits<std::int32_t>::max();
   constexpr std::size_t usualElement = 64;
   if (bytes.size > maximumSize) return std::nullopt;
   Document document(std::move(bytes));

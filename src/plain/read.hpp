@@ -16,6 +16,9 @@
 
 namespace service::util::config::plain {
 
+// In bytes.
+constexpr std::size_t maximumSize = 0x7FFFFFFF;
+
 // Nothing when the document is not plain or a load of it would fail, for whatever reason:
 // malformed, a root that is not called "config", an element without a name or a text. Throws
 // std::bad_alloc.

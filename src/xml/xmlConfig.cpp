@@ -1,9 +1,14 @@
 // The loader. A file is found on the search path, its directory goes to the front of the path, the
-// file is parsed into a DOM, and the walk over the DOM fills the configuration; an include does the
-// same again for the file that it names.
+// file is read, and the walk over what was read fills the configuration; an include does the same
+// again for the file that it names.
+//
+// There are two ways to read a file: the plain one, and the one through the XML library, which is
+// the reference. A file goes through the XML library when the plain reader gives it up.
 
 #include <cutil/cutil.h>
 
+#include <cstdlib>
+#include <cstring>
 #include <optional>
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/framework/XMLGrammarPoolImpl.hpp>
@@ -13,10 +18,12 @@
 #include "cppUtil/err/Exception.hpp"
 #include "cppUtil/err/guarded.hpp"
 #include "cppUtil/fileName/getPath.hpp"
-#include "cppUtil/internal/stackLeft.hpp"
 #include "cppUtil/logger/Logger.hpp"
 #include "load/LoadEvents.hpp"
 #include "load/SearchedFirst.hpp"
+#include "load/Walk.hpp"
+#include "plain/Element.hpp"
+#include "plain/readFile.hpp"
 #include "service/util/config/grammar/getGrammar.hpp"
 #include "service/util/config/internal/Config.hpp"
 #include "service/util/config/xml/create.hpp"
@@ -38,14 +45,15 @@ namespace {
 using cppUtil::err::Exception;
 using cppUtil::err::guarded;
 using cppUtil::err::Place;
+using internal::ElementKind;
+using internal::Position;
+using internal::unit;
 using internal::withoutXmlExceptions;
 using locator::ConfigLocator;
 using xercesc::DOMElement;
 using xercesc::DOMNode;
 using xercesc::XMLPlatformUtils;
 using xercesc::XMLString;
-
-constexpr const char* unit = "src/xmlConfig";
 
 // The signatures that failures are reported with, whatever version of the XML library is in use.
 constexpr const char* createSignature =
@@ -57,31 +65,19 @@ constexpr const char* constructorSignature =
 constexpr const char* parseSignature =
     "void service::util::config::xml::internal::XmlConfigParser::parse(const IConfigPtr&, const "
     "string&)";
-constexpr const char* parseConfigSignature =
-    "void service::util::config::xml::internal::XmlConfigParser::parseConfig(const IConfigPtr&, "
-    "const xercesc_3_1::DOMElement&)";
-constexpr const char* parseSectionSignature =
-    "void service::util::config::xml::internal::XmlConfigParser::parseSection(const IConfigPtr&, "
-    "const xercesc_3_1::DOMElement&)";
-constexpr const char* parsePropertySignature =
-    "void service::util::config::xml::internal::XmlConfigParser::parseProperty(const IConfigPtr&, "
-    "const xercesc_3_1::DOMElement&)";
-constexpr const char* parseIncludeSignature =
-    "void service::util::config::xml::internal::XmlConfigParser::parseInclude(const IConfigPtr&, "
-    "const xercesc_3_1::DOMElement&)";
 
 constexpr std::uint32_t infoLevel = CU_INFO;
-
-// What must be left of the stack, in bytes, to go into a section and to parse a file, with room to
-// report a failure there; and how much a load uses before that is looked at.
-constexpr std::size_t sectionStack = 64UL * 1024;
-constexpr std::size_t includeStack = 96UL * 1024;
-constexpr std::size_t uncheckedStack = 32UL * 1024;
 
 void logParsing(const std::string& fileName) {
   cppUtil::logger::Logger logger(infoLevel);
   logger << "Parsing configuration file '" << fileName << "'";
   logger.log();
+}
+
+// For tests, and to find out whether a fault is one of the plain way.
+bool isPlainOff() {
+  const char* setting = ::secure_getenv("ZU_CONFIG_PLAIN");
+  return setting != nullptr && std::strcmp(setting, "off") == 0;
 }
 
 void requireKnownNamespace(const DOMElement& root, const SchemeList& schemes) {
@@ -90,39 +86,66 @@ void requireKnownNamespace(const DOMElement& root, const SchemeList& schemes) {
       root, std::string("expected element in the namespace \"") + grammar::targetNamespace + "\"!");
 }
 
-// The child elements of an element that mean something, by kind, each kind in document order.
-struct Children {
-  explicit Children(const DOMElement& parent) {
-    for (const DOMNode* node = parent.getFirstChild(); node != nullptr;
+// An element of a DOM for the walk.
+class DomElement {
+ public:
+  class Children;
+
+  explicit DomElement(const DOMElement& element) : element(&element) {}
+
+  void match(ElementKind kind) const { xerces::match(*element, nameOf(kind)); }
+  void readName(std::string& name) const {
+    name = xerces::mandatoryAttribute(*element, names::name);
+  }
+  void readText(std::string& text) const { text = xerces::textContent(*element); }
+  Position position() const { return {tag().line, tag().column}; }
+  std::string file() const { return tag().file; }
+  void fail(const char* reason) const { throw xerces::failureAt(*element, reason); }
+
+ private:
+  static const xerces::XmlString& nameOf(ElementKind kind) {
+    switch (kind) {
+      case ElementKind::PROPERTY:
+        return names::property;
+      case ElementKind::INCLUDE:
+        return names::include;
+      case ElementKind::SECTION:
+        return names::section;
+      default:
+        return names::config;
+    }
+  }
+
+  const xerces::Parser::LocationTag& tag() const { return xerces::Parser::getLocationTag(element); }
+
+  const DOMElement* element;
+};
+
+// Sorted by kind in one go, as the DOM is slow to walk over.
+class DomElement::Children {
+ public:
+  explicit Children(const DomElement& parent) {
+    for (const DOMNode* node = parent.element->getFirstChild(); node != nullptr;
          node = node->getNextSibling()) {
       if (node->getNodeType() != DOMNode::ELEMENT_NODE) continue;
       const auto* element = static_cast<const DOMElement*>(node);
-      const XMLCh* name = element->getLocalName();
-      if (XMLString::equals(name, names::property.c_str())) {
-        properties.push_back(element);
-      } else if (XMLString::equals(name, names::section.c_str())) {
-        sections.push_back(element);
-      } else if (XMLString::equals(name, names::include.c_str())) {
-        includes.push_back(element);
+      for (const ElementKind kind :
+           {ElementKind::PROPERTY, ElementKind::INCLUDE, ElementKind::SECTION}) {
+        if (XMLString::equals(element->getLocalName(), nameOf(kind).c_str())) {
+          elements[static_cast<std::size_t>(kind)].emplace_back(*element);
+        }
       }
     }
   }
 
-  std::vector<const DOMElement*> properties;
-  std::vector<const DOMElement*> includes;
-  std::vector<const DOMElement*> sections;
-};
-
-// Files that include others more than once multiply.
-constexpr std::size_t maximumFiles = 100000;
-
-// Runs step for each element, guarded at place.
-template <class Step>
-void forEach(const std::vector<const DOMElement*>& elements, const Place& place, const Step& step) {
-  for (const DOMElement* element : elements) {
-    guarded(place, [&] { step(*element); });
+  template <class Step>
+  void forEach(ElementKind kind, const Step& step) const {
+    for (const DomElement& element : elements[static_cast<std::size_t>(kind)]) step(element);
   }
-}
+
+ private:
+  std::vector<DomElement> elements[4];
+};
 
 IConfigPtr createObserved(const std::string& file, const SchemeList& schemes, bool validate,
                           Observer* observer) {
@@ -146,20 +169,40 @@ namespace internal {
 
 using config::internal::Config;
 
-// What the files of one load have in common. The parser knows it while it lives.
-struct XmlConfigParser::Load {
-  explicit Load(XmlConfigParser& parser) : parser(parser) { parser.load = this; }
-  ~Load() { parser.load = nullptr; }
-  Load(const Load&) = delete;
-  Load& operator=(const Load&) = delete;
-
-  XmlConfigParser& parser;
-  const char* stackBase = static_cast<const char*>(__builtin_frame_address(0));
+// What a load needs once one of its files goes through the XML library.
+struct XmlState {
+  XmlLibrary library;
   // Holds the grammar of configuration files and nothing else: schemas that one file brings along
   // must not change what holds for the next.
   xercesc::XMLGrammarPoolImpl grammars{XMLPlatformUtils::fgMemoryManager};
   bool hasGrammar = false;
-  std::size_t files = 1;  // read so far or being read
+};
+
+// The parser knows its load while it lives.
+struct XmlConfigParser::Load : internal::Load {
+  Load(XmlConfigParser& parser, LoadEvents* events) : internal::Load(events), parser(parser) {
+    parser.load = this;
+  }
+  ~Load() override { parser.load = nullptr; }
+
+  void include(const IConfigPtr& config, const std::string& name, const std::string& path,
+               const Position& position) override {
+    read(config, name, path, &position);
+  }
+
+  // include: where the include is; null for the top-level file.
+  void read(const IConfigPtr& config, const std::string& name, const std::string& path,
+            const Position* include) {
+    reading(events, name, path, include, [&] {
+      SearchedFirst beside(cppUtil::fileName::getPath(path));
+      parser.parse(config, path);
+      beside.leave();
+    });
+  }
+
+  XmlConfigParser& parser;
+  const bool triesPlain = !isPlainOff();
+  std::optional<XmlState> xml;
 };
 
 XmlConfigParser::XmlConfigParser(const std::string& file, const SchemeList& schemes, bool validate)
@@ -174,17 +217,9 @@ XmlConfigParser::XmlConfigParser(const std::string& file, const SchemeList& sche
   if (fileName.empty()) {
     throw Exception(CU_MISSING_ARGUMENT, 0, unit, constructorSignature, __LINE__, "");
   }
-  const std::string directory = cppUtil::fileName::getPath(fileName);
-  const XmlLibrary library;
-  const Load running(*this);
-  std::optional<LoadEvents> observed;
-  if (observer != nullptr) events = &observed.emplace(*observer);
-  reading(events, file, fileName, nullptr, [&] {
-    SearchedFirst beside(directory);
-    parse(config, fileName);
-    beside.leave();
-  });
-  events = nullptr;
+  std::optional<LoadEvents> events;
+  if (observer != nullptr) events.emplace(*observer);
+  Load(*this, events ? &*events : nullptr).read(config, file, fileName, nullptr);
 }
 
 XmlConfigParser::~XmlConfigParser() = default;
@@ -193,17 +228,31 @@ IConfigPtr XmlConfigParser::getConfig() const {
   return config;
 }
 
+// Tries the plain way first, which does nothing that anybody could notice when it gives up. It does
+// not know further schemas.
 void XmlConfigParser::parse(const IConfigPtr& config, const std::string& fileName) {
   if (load == nullptr) {
-    const Load running(*this);
+    const Load running(*this, nullptr);
     return parse(config, fileName);
   }
   logParsing(fileName);
+  std::optional<plain::Document> document;
+  if (load->triesPlain && !(validate && !schemes.empty())) {
+    document = plain::readFile(fileName, validate);
+  }
+  if (!document) return parseXml(config, fileName);
+  guarded({unit, parseSignature, __LINE__}, [&] {
+    Walk<plain::Element>(*load).parseConfig(config, {*document, fileName, 0});
+  });
+}
+
+void XmlConfigParser::parseXml(const IConfigPtr& config, const std::string& fileName) {
+  XmlState& xml = load->xml ? *load->xml : load->xml.emplace();
   withoutXmlExceptions([&] {
-    if (validate && !load->hasGrammar) loadGrammar(load->grammars);
-    load->hasGrammar = validate;
+    if (validate && !xml.hasGrammar) loadGrammar(xml.grammars);
+    xml.hasGrammar = validate;
     Budget budget(fileName);
-    DocumentParser parser(load->grammars, schemes, budget);
+    DocumentParser parser(xml.grammars, schemes, budget);
     if (validate) enableValidation(parser, schemes);
     const xercesc::DOMDocument* document = parser.parseDoc(fileName);
     const DOMElement* root = document->getDocumentElement();
@@ -215,71 +264,27 @@ void XmlConfigParser::parse(const IConfigPtr& config, const std::string& fileNam
   });
 }
 
+template <class Step>
+void XmlConfigParser::walk(const Step& step) {
+  if (load != nullptr) return step(Walk<DomElement>(*load));
+  Load alone(*this, nullptr);
+  step(Walk<DomElement>(alone));
+}
+
 void XmlConfigParser::parseConfig(const IConfigPtr& config, const DOMElement& root) {
-  const auto at = [](int line) { return Place{unit, parseConfigSignature, line}; };
-  guarded(at(__LINE__), [&] { xerces::match(root, names::config); });
-  const Children children(root);
-  forEach(children.properties, at(__LINE__), [&](const auto& e) { parseProperty(config, e); });
-  forEach(children.includes, at(__LINE__), [&](const auto& e) { parseInclude(config, e); });
-  forEach(children.sections, at(__LINE__), [&](const auto& e) { parseSection(config, e); });
+  walk([&](auto&& walk) { walk.parseConfig(config, DomElement(root)); });
 }
 
 void XmlConfigParser::parseSection(const IConfigPtr& parent, const DOMElement& element) {
-  const auto at = [](int line) { return Place{unit, parseSectionSignature, line}; };
-  guarded(at(__LINE__), [&] { xerces::match(element, names::section); });
-  guarded(at(__LINE__), [&] { requireStack(element, sectionStack); });
-  const std::string name =
-      guarded(at(__LINE__), [&] { return xerces::mandatoryAttribute(element, names::name); });
-  const IConfigPtr child = parent->addSection(name);
-  if (events != nullptr) events->sectionAdded(parent, name, child, element);
-  const Children children(element);
-  forEach(children.properties, at(__LINE__), [&](const auto& e) { parseProperty(child, e); });
-  forEach(children.includes, at(__LINE__), [&](const auto& e) { parseInclude(child, e); });
-  forEach(children.sections, at(__LINE__), [&](const auto& e) { parseSection(child, e); });
+  walk([&](auto&& walk) { walk.parseSection(parent, DomElement(element)); });
 }
 
 void XmlConfigParser::parseProperty(const IConfigPtr& config, const DOMElement& element) {
-  const auto at = [](int line) { return Place{unit, parsePropertySignature, line}; };
-  guarded(at(__LINE__), [&] { xerces::match(element, names::property); });
-  const std::string name =
-      guarded(at(__LINE__), [&] { return xerces::mandatoryAttribute(element, names::name); });
-  const std::string value = guarded(at(__LINE__), [&] { return xerces::textContent(element); });
-  config->addProperty(name, value);
-  if (events != nullptr) events->propertyAdded(config, name, element);
+  walk([&](auto&& walk) { walk.parseProperty(config, DomElement(element)); });
 }
 
 void XmlConfigParser::parseInclude(const IConfigPtr& config, const DOMElement& element) {
-  const auto at = [](int line) { return Place{unit, parseIncludeSignature, line}; };
-  guarded(at(__LINE__), [&] { xerces::match(element, names::include); });
-  guarded(at(__LINE__), [&] {
-    requireStack(element, includeStack);
-    const std::string text = xerces::textContent(element);
-    const std::string path = ConfigLocator::find(text);
-    if (path.empty()) {
-      const auto& tag = xerces::Parser::getLocationTag(&element);
-      // The double blank before "included" is part of the message.
-      throw Exception(CU_FILE_NOT_FOUND, 0, unit, parseIncludeSignature, __LINE__, "")
-          << "XMLParser: in file \"" << tag.file << "\" at line " << tag.line << " at column "
-          << tag.column << ":  included configuration file '" << text << "' not found!";
-    }
-    if (load != nullptr && ++load->files > maximumFiles) {
-      throw xerces::failureAt(element, "too many files!");
-    }
-    reading(events, text, path, &element, [&] {
-      SearchedFirst beside(cppUtil::fileName::getPath(path));
-      parse(config, path);
-      beside.leave();
-    });
-  });
-}
-
-// Files that include each other and sections in sections go as deep as the input says. The stack is
-// asked for only when the load has used some of it.
-void XmlConfigParser::requireStack(const DOMElement& element, std::size_t bytes) const {
-  const auto* here = static_cast<const char*>(__builtin_frame_address(0));
-  if (load == nullptr || static_cast<std::size_t>(load->stackBase - here) < uncheckedStack) return;
-  if (cppUtil::internal::stackLeft() >= bytes) return;
-  throw xerces::failureAt(element, "files or sections nested too deeply for the stack!");
+  walk([&](auto&& walk) { walk.parseInclude(config, DomElement(element)); });
 }
 
 }  // namespace internal

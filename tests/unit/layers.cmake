@@ -46,17 +46,13 @@ room(model FILES src/model/*.hpp src/model/*.cpp include/service/util/config/ICo
   SEES ${model})
 room(grammar FILES src/grammar/* include/service/util/config/grammar/*.hpp
   SEES "service/util/config/grammar/" "cppUtil/export\\.hpp")
-# LoadEvents takes elements of the document; all else in this room knows nothing of XML.
-room(events FILES src/load/LoadEvents.hpp src/load/LoadEvents.cpp SEES ${load} ${toolkit})
-file(GLOB load_files RELATIVE ${ROOT} ${ROOT}/src/load/*)
-list(FILTER load_files EXCLUDE REGEX "LoadEvents")
-room(load FILES ${load_files} include/service/util/config/xml/*.hpp include/service/util/config/xml/*.in
+room(load FILES src/load/*.hpp src/load/*.cpp include/service/util/config/xml/*.hpp include/service/util/config/xml/*.in
   SEES ${load})
 room(plain FILES src/plain/*.hpp src/plain/*.cpp 
   SEES "plain/" "service/util/config/grammar/" ${load})
 room(report FILES src/report/*.hpp src/report/*.cpp SEES "report/" ${load})
 room(xml FILES src/xml/*.hpp src/xml/*.cpp
-  SEES "(xml|report)/" "service/util/config/grammar/" ${load} ${toolkit})
+  SEES "(xml|plain|report)/" "service/util/config/grammar/" ${load} ${toolkit})
 room(bind FILES src/bind/*.hpp src/bind/*.cpp include/service/util/config/bind.hpp
     include/service/util/config/bind/*.hpp
   SEES "bind/" "service/util/config/bind[./]" ${load})

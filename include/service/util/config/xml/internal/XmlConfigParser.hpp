@@ -6,7 +6,6 @@
 #ifndef SERVICE_UTIL_CONFIG_XML_INTERNAL_XMLCONFIGPARSER_HPP
 #define SERVICE_UTIL_CONFIG_XML_INTERNAL_XMLCONFIGPARSER_HPP
 
-#include <cstddef>
 #include <string>
 
 #include "cppUtil/export.hpp"
@@ -23,8 +22,6 @@ class Observer;
 }
 
 namespace service::util::config::xml::internal {
-
-class LoadEvents;
 
 class ZU_EXPORT XmlConfigParser {
  public:
@@ -57,15 +54,15 @@ class ZU_EXPORT XmlConfigParser {
  private:
   struct Load;
 
-  ZU_NO_EXPORT void requireStack(const ZU_XERCES_NAMESPACE::DOMElement& element,
-                                 std::size_t bytes) const;
+  ZU_NO_EXPORT void parseXml(const IConfigPtr& config, const std::string& fileName);
+  template <class Step>
+  ZU_NO_EXPORT void walk(const Step& step);
 
   IConfigPtr config;
   std::string fileName;
   SchemeList schemes;
   bool validate;
-  Load* load = nullptr;          // while a load is running
-  LoadEvents* events = nullptr;  // while a load is running that is observed
+  Load* load = nullptr;  // while one is running
 };
 
 }  // namespace service::util::config::xml::internal

@@ -1,0 +1,61 @@
+// What the files of one load have in common, and the signatures and places that its failures are
+// reported with. One thread at a time.
+#ifndef SRC_LOAD_LOAD_HPP
+#define SRC_LOAD_LOAD_HPP
+
+#include <cstddef>
+#include <string>
+
+#include "load/LoadEvents.hpp"
+#include "service/util/config/IConfig.hpp"
+
+namespace service::util::config::xml::internal {
+
+constexpr const char* unit = "src/xmlConfig";
+
+// Whatever version of the XML library is in use.
+constexpr const char* parseConfigSignature =
+    "void service::util::config::xml::internal::XmlConfigParser::parseConfig(const IConfigPtr&, "
+    "const xercesc_3_1::DOMElement&)";
+constexpr const char* parseSectionSignature =
+    "void service::util::config::xml::internal::XmlConfigParser::parseSection(const IConfigPtr&, "
+    "const xercesc_3_1::DOMElement&)";
+constexpr const char* parsePropertySignature =
+    "void service::util::config::xml::internal::XmlConfigParser::parseProperty(const IConfigPtr&, "
+    "const xercesc_3_1::DOMElement&)";
+constexpr const char* parseIncludeSignature =
+    "void service::util::config::xml::internal::XmlConfigParser::parseInclude(const IConfigPtr&, "
+    "const xercesc_3_1::DOMElement&)";
+
+class Load {
+ public:
+  explicit Load(LoadEvents* events) : events(events) {}
+  virtual ~Load() = default;
+  Load(const Load&) = delete;
+  Load& operator=(const Load&) = delete;
+
+  // Reads the file that path names, for an include of it as name at that position.
+  virtual void include(const IConfigPtr& config, const std::string& name, const std::string& path,
+                       const Position& position) = 0;
+
+  // Files that include each other and sections in sections go as deep as the input says. The stack
+  // is asked for only when the load has used some of it.
+  bool hasStack(std::size_t bytes) const;
+
+  // Whether one more file may be read, which is then counted: files that include others more than
+  // once multiply.
+  bool countFile() {
+    constexpr std::size_t maximumFiles = 100000;
+    return ++files <= maximumFiles;
+  }
+
+  LoadEvents* const events;  // null when nobody observes
+
+ private:
+  std::size_t files = 1;  // read so far or being read
+  const char* const stackBase = static_cast<const char*>(__builtin_frame_address(0));
+};
+
+}  // namespace service::util::config::xml::internal
+
+#endif

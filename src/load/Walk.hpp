@@ -1,0 +1,120 @@
+// The walk over one document, whatever has read it: fills a configuration in the order that every
+// load keeps, which is first the properties of an element, then what its includes contribute, then
+// its sections.
+//
+// An Element is cheap to copy and has
+//   void match(ElementKind) const           throws unless it is of that kind
+//   void readName(std::string&) const       its attribute "name"; throws when there is none
+//   void readText(std::string&) const       its text; throws when there is none
+//   Position position() const               line 0 and column 0 for an empty tag
+//   std::string file() const                that it stands in; empty for an empty tag
+//   void fail(const char* reason) const     throws, with its place
+//   Children(element).forEach(kind, step)   its children of that kind, in document order
+// What it throws is derived from std::exception and translated here.
+#ifndef SRC_LOAD_WALK_HPP
+#define SRC_LOAD_WALK_HPP
+
+#include <cutil/cutil.h>
+
+#include <string>
+
+#include "cppUtil/err/Exception.hpp"
+#include "cppUtil/err/guarded.hpp"
+#include "load/ElementKind.hpp"
+#include "load/Load.hpp"
+#include "service/util/locator/ConfigLocator.hpp"
+
+namespace service::util::config::xml::internal {
+
+template <class Element>
+class Walk {
+ public:
+  explicit Walk(Load& load) : load(load) {}
+
+  void parseConfig(const IConfigPtr& config, const Element& root) {
+    const auto at = [](int line) { return Place{unit, parseConfigSignature, line}; };
+    guarded(at(__LINE__), [&] { root.match(ElementKind::CONFIG); });
+    parseContent(config, root, at(__LINE__));
+  }
+
+  void parseSection(const IConfigPtr& parent, const Element& element) {
+    const auto at = [](int line) { return Place{unit, parseSectionSignature, line}; };
+    guarded(at(__LINE__), [&] { element.match(ElementKind::SECTION); });
+    guarded(at(__LINE__), [&] { requireStack(element, sectionStack); });
+    guarded(at(__LINE__), [&] { element.readName(name); });
+    const IConfigPtr child = parent->addSection(name);
+    if (load.events != nullptr) load.events->sectionAdded(parent, name, child, element.position());
+    parseContent(child, element, at(__LINE__));
+  }
+
+  void parseProperty(const IConfigPtr& config, const Element& element) {
+    const auto at = [](int line) { return Place{unit, parsePropertySignature, line}; };
+    guarded(at(__LINE__), [&] { element.match(ElementKind::PROPERTY); });
+    guarded(at(__LINE__), [&] { element.readName(name); });
+    guarded(at(__LINE__), [&] { element.readText(value); });
+    config->addProperty(name, value);
+    if (load.events != nullptr) load.events->propertyAdded(config, name, element.position());
+  }
+
+  void parseInclude(const IConfigPtr& config, const Element& element) {
+    const auto at = [](int line) { return Place{unit, parseIncludeSignature, line}; };
+    guarded(at(__LINE__), [&] { element.match(ElementKind::INCLUDE); });
+    guarded(at(__LINE__), [&] {
+      requireStack(element, includeStack);
+      std::string text;
+      element.readText(text);
+      const std::string path = locator::ConfigLocator::find(text);
+      if (path.empty()) {
+        const Position position = element.position();
+        // The double blank before "included" is part of the message.
+        throw Exception(CU_FILE_NOT_FOUND, 0, unit, parseIncludeSignature, __LINE__, "")
+            << "XMLParser: in file \"" << element.file() << "\" at line " << position.line
+            << " at column " << position.column << ":  included configuration file '" << text
+            << "' not found!";
+      }
+      if (!load.countFile()) element.fail("too many files!");
+      load.include(config, text, path, element.position());
+    });
+  }
+
+ private:
+  using Exception = cppUtil::err::Exception;
+  using Place = cppUtil::err::Place;
+  using Children = typename Element::Children;
+
+  // What must be left of the stack, in bytes, to go into a section and to parse a file, with room
+  // to report a failure there.
+  static constexpr std::size_t sectionStack = 64UL * 1024;
+  static constexpr std::size_t includeStack = 96UL * 1024;
+
+  void parseContent(const IConfigPtr& config, const Element& parent, const Place& place) {
+    const Children children(parent);
+    children.forEach(ElementKind::PROPERTY, [&](const Element& element) {
+      cppUtil::err::guarded(place, [&] { parseProperty(config, element); });
+    });
+    children.forEach(ElementKind::INCLUDE, [&](const Element& element) {
+      cppUtil::err::guarded(place, [&] { parseInclude(config, element); });
+    });
+    children.forEach(ElementKind::SECTION, [&](const Element& element) {
+      cppUtil::err::guarded(place, [&] { parseSection(config, element); });
+    });
+  }
+
+  template <class Step>
+  static void guarded(const Place& place, const Step& step) {
+    cppUtil::err::guarded(place, step);
+  }
+
+  void requireStack(const Element& element, std::size_t bytes) const {
+    if (load.hasStack(bytes)) return;
+    element.fail("files or sections nested too deeply for the stack!");
+  }
+
+  Load& load;
+  std::string name;  // of one element after the other, as is the next; so they keep their memory
+  std::string value;
+};
+
+}  // namespace service::util::config::xml::internal
+
+#endif

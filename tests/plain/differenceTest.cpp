@@ -1,0 +1,145 @@
+// Loads made-up documents by both ways, plain first and through the XML library alone, validated
+// and not, and compares all that a caller can notice: the tree, the calls of an observer, the
+// failure, the log and the search path.
+//
+// usage: plain_difference SEED COUNT [FILE]   FILE: loads this document only, and prints both
+
+#include <cutil/cutil.h>
+#include <locator/locator.h>
+#include <stdlib.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <sstream>
+#include <stdexcept>
+
+#include "Documents.hpp"
+#include "cppUtil/err/Exception.hpp"
+#include "plain/readFile.hpp"
+#include "service/util/config/xml/Observer.hpp"
+#include "service/util/config/xml/Session.hpp"
+#include "service/util/locator/ConfigLocator.hpp"
+
+namespace {
+
+namespace fs = std::filesystem;
+using service::util::config::IConfigPtr;
+using service::util::config::xml::Location;
+
+// Tells everything in the order in which it happens.
+class Story : public service::util::config::xml::Observer {
+ public:
+  void fileEntered(const File& file) override {
+    text << "enter " << file.name << " " << file.path << " " << file.include.line << ":"
+         << file.include.column << "\n";
+  }
+  void sectionAdded(const IConfigPtr&, const std::string& name, std::uint32_t index,
+                    const IConfigPtr&, const Location& location) override {
+    tell("section", name, index, location);
+  }
+  void propertyAdded(const IConfigPtr& config, const std::string& name, std::uint32_t index,
+                     const Location& location) override {
+    tell("property", name, index, location);
+    std::string value;
+    config->getProperty(name, value, index);
+    text << value << "\n";
+  }
+  void fileLeft(const File& file) override { text << "leave " << file.path << "\n"; }
+
+  static void log(std::uint32_t level, const char* message, void* story) {
+    static_cast<Story*>(story)->text << "log " << level << " " << message << "\n";
+  }
+
+  std::ostringstream text;
+
+ private:
+  void tell(const char* what, const std::string& name, std::uint32_t index,
+            const Location& location) {
+    text << what << " " << name << "[" << index << "] " << location.file << ":" << location.line
+         << ":" << location.column << "\n";
+  }
+};
+
+std::string load(const char* plain, bool validate) {
+  ::setenv("ZU_CONFIG_PLAIN", plain, 1);
+  Story story;
+  cu_Logger_setCallback(&Story::log, &story);
+  try {
+    service::util::config::xml::create("main.xml", {}, validate, story);
+    story.text << "loaded\n";
+  } catch (const cppUtil::err::Exception& e) {
+    story.text << "code " << e.getCode() << " " << e.getFile() << " " << e.getFunction() << ": "
+               << e.getMessage() << "\n";
+  }
+  for (const std::string& entry : service::util::locator::ConfigLocator::getEntries()) {
+    story.text << "path " << entry << "\n";
+  }
+  return story.text.str();
+}
+
+void write(const fs::path& file, const std::string& content) {
+  std::ofstream(file, std::ios::binary) << content;
+}
+
+struct Directory {
+  Directory() {
+    std::string name = fs::temp_directory_path() / "plain-difference-XXXXXX";
+    if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no directory");
+    path = name;
+  }
+  ~Directory() { fs::remove_all(path); }
+  fs::path path;
+};
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const std::uint32_t seed = argc > 1 ? static_cast<std::uint32_t>(std::atol(argv[1])) : 1;
+  const long count = argc > 3 ? 1 : argc > 2 ? std::atol(argv[2]) : 1000;
+  const service::util::config::xml::Session session;
+  const Directory directory;
+  cu_SearchPath_clear(getConfigLocator());
+  cu_SearchPath_append(getConfigLocator(), directory.path.c_str());
+  fs::create_directory(directory.path / "sub");
+  const std::string part =
+      "<config xmlns='urn:zu:util:config' name='n' version='1'>\r\n<property name='a'>1</property>"
+      "<section name='s'/>";
+  write(directory.path / "part.xml", part + "</config>");
+  write(directory.path / "sub/part.xml", part + "<include>../part.xml</include></config>");
+  write(directory.path / "wrong.xml", part);
+
+  Documents documents(seed);
+  long plain = 0;
+  long loaded = 0;
+  for (long i = 0; i < count; ++i) {
+    std::string document = argc > 3 ? "" : documents.next();
+    if (argc > 3) {
+      std::ifstream file(argv[3], std::ios::binary);
+      document.assign(std::istreambuf_iterator<char>(file), {});
+    }
+    const fs::path file = directory.path / "main.xml";
+    write(file, document);
+    for (const bool validate : {false, true}) {
+      const bool isPlain = service::util::config::plain::readFile(file, validate).has_value();
+      const std::string expected = load("off", validate);
+      const std::string found = isPlain || i % 10 == 0 ? load("on", validate) : expected;
+      plain += isPlain ? 1 : 0;
+      loaded += expected.find("\nloaded\n") != expected.npos ? 1 : 0;
+      if (argc > 3) std::cout << (isPlain ? "plain\n" : "not plain\n") << found;
+      if (found == expected) continue;
+      write("difference.xml", document);
+      std::cerr << "seed " << seed << ", document " << i << (validate ? ", validated" : "")
+                << ", kept as difference.xml. The XML library:\n"
+                << expected << "The plain way:\n"
+                << found;
+      return 1;
+    }
+  }
+  std::cout << "no difference in " << 2 * count << " loads; " << loaded << " succeed, " << plain
+            << " are plain\n";
+  // Most of what loads is to be plain, or the comparison is none.
+  return argc <= 3 && plain < loaded / 2 ? 1 : 0;
+}

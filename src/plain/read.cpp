@@ -33,6 +33,10 @@ constexpr std::size_t maximumDepth = 63;
 // Of attributes that the loader ignores.
 constexpr std::size_t maximumOthers = 8;
 
+// Of names and namespaces that the loader ignores, all together; the XML library's way bounds how
+// many different ones there are.
+constexpr std::size_t maximumOddities = 1000;
+
 // How the namespaces begin that are not for use as a default.
 constexpr std::string_view reservedNamespace = "http://www.w3.org/";
 
@@ -365,7 +369,10 @@ class Reader {
     if (open.size() == maximumDepth) giveUp();
     const std::string_view name = readName();
     const std::optional<Kind> kind = kindOf(name);
-    if (!kind) document.isValid = false;
+    if (!kind) {
+      document.isValid = false;
+      countOddity();
+    }
     Element element = {kind.value_or(Kind::SECTION), 0, 0, {}, {}};
     readAttributes(element);
     if ((kind == Kind::PROPERTY || kind == Kind::SECTION) && element.name.size == 0) giveUp();
@@ -429,10 +436,16 @@ class Reader {
     const bool isKnown = std::find(others.begin(), others.end(), name) != others.end();
     if (isKnown || others.size() == maximumOthers) giveUp();
     others.push_back(name);
+    countOddity();
+  }
+
+  void countOddity() {
+    if (++oddities > maximumOddities) giveUp();
   }
 
   void checkNamespace(std::string_view name) {
     if (name.substr(0, reservedNamespace.size()) == reservedNamespace) giveUp();
+    if (!open.empty()) countOddity();
     if (name != grammar::targetNamespace) document.isValid = false;
   }
 
@@ -484,6 +497,7 @@ class Reader {
   const char* begin;
   const char* end;
   const char* at;
+  std::size_t oddities = 0;
   std::vector<Open> open;                // from the root element inwards
   std::vector<std::string_view> others;  // attributes of the element that is being read
 };

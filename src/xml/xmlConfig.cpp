@@ -180,7 +180,7 @@ struct XmlState {
 
 // The parser knows its load while it lives.
 struct XmlConfigParser::Load : internal::Load {
-  Load(XmlConfigParser& parser, LoadEvents* events) : internal::Load(events), parser(parser) {
+  explicit Load(XmlConfigParser& parser) : internal::Load(parser.events), parser(parser) {
     parser.load = this;
   }
   ~Load() override { parser.load = nullptr; }
@@ -217,9 +217,10 @@ XmlConfigParser::XmlConfigParser(const std::string& file, const SchemeList& sche
   if (fileName.empty()) {
     throw Exception(CU_MISSING_ARGUMENT, 0, unit, constructorSignature, __LINE__, "");
   }
-  std::optional<LoadEvents> events;
-  if (observer != nullptr) events.emplace(*observer);
-  Load(*this, events ? &*events : nullptr).read(config, file, fileName, nullptr);
+  std::optional<LoadEvents> observed;
+  if (observer != nullptr) events = &observed.emplace(*observer);
+  Load(*this).read(config, file, fileName, nullptr);
+  events = nullptr;
 }
 
 XmlConfigParser::~XmlConfigParser() = default;
@@ -232,7 +233,7 @@ IConfigPtr XmlConfigParser::getConfig() const {
 // not know further schemas.
 void XmlConfigParser::parse(const IConfigPtr& config, const std::string& fileName) {
   if (load == nullptr) {
-    const Load running(*this, nullptr);
+    const Load running(*this);
     return parse(config, fileName);
   }
   logParsing(fileName);
@@ -247,7 +248,8 @@ void XmlConfigParser::parse(const IConfigPtr& config, const std::string& fileNam
 }
 
 void XmlConfigParser::parseXml(const IConfigPtr& config, const std::string& fileName) {
-  XmlState& xml = load->xml ? *load->xml : load->xml.emplace();
+  if (!load->xml) guarded({unit, createSignature, __LINE__}, [&] { load->xml.emplace(); });
+  XmlState& xml = *load->xml;
   withoutXmlExceptions([&] {
     if (validate && !xml.hasGrammar) loadGrammar(xml.grammars);
     xml.hasGrammar = validate;
@@ -267,7 +269,7 @@ void XmlConfigParser::parseXml(const IConfigPtr& config, const std::string& file
 template <class Step>
 void XmlConfigParser::walk(const Step& step) {
   if (load != nullptr) return step(Walk<DomElement>(*load));
-  Load alone(*this, nullptr);
+  Load alone(*this);
   step(Walk<DomElement>(alone));
 }
 

@@ -23,6 +23,8 @@ class Observer;
 
 namespace service::util::config::xml::internal {
 
+class LoadEvents;
+
 class ZU_EXPORT XmlConfigParser {
  public:
   // Loads the file. Throws cppUtil::err::Exception with code 1 when it is not found on the search
@@ -62,7 +64,8 @@ class ZU_EXPORT XmlConfigParser {
   std::string fileName;
   SchemeList schemes;
   bool validate;
-  Load* load = nullptr;  // while one is running
+  Load* load = nullptr;          // while a load is running
+  LoadEvents* events = nullptr;  // while a load is running that is observed
 };
 
 }  // namespace service::util::config::xml::internal

@@ -74,9 +74,7 @@ Parser::Parser(xercesc::XMLGrammarPool* grammars, xercesc::MemoryManager* memory
 }
 
 // To release a document, the XML library walks over it and notifies the handler of every tag, which
-// costs as much as half a parse and recurses as deep as the document. When no notice has come since
-// this parser was built, no tag is shared and none is gone: then the tags are freed right here, and
-// the documents without the walk.
+// costs as much as half a parse and recurses as deep as the document.
 Parser::~Parser() {
   const bool tagsAreOurs = handledBefore == handledNotices;
   if (tagsAreOurs) {
@@ -156,9 +154,7 @@ void Parser::startElement(const xercesc::XMLElementDecl& declaration, unsigned i
                                   isRoot);
   if (isEmpty) return;
 
-  const xercesc::Locator* locator = getScanner()->getLocator();
-  const Place place = {getCurrentNode(), static_cast<int>(locator->getLineNumber()),
-                       static_cast<int>(locator->getColumnNumber())};
+  const Place place = {getCurrentNode(), currentPosition()};
   if (places == Places::IN_TABLE) {
     table.push_back(place);
   } else {
@@ -174,15 +170,10 @@ void Parser::endElement(const xercesc::XMLElementDecl& declaration, unsigned int
   DOMNode* element = getCurrentNode();
   if (element->hasChildNodes()) return;
 
-  const xercesc::Locator* locator = getScanner()->getLocator();
-  const auto isHere = [locator](int line, int column) {
-    return line == static_cast<int>(locator->getLineNumber()) &&
-           column == static_cast<int>(locator->getColumnNumber());
-  };
-  // The newest place is that of this element, which has no children.
+  const Position here = currentPosition();
   if (places == Places::IN_TABLE) {
-    if (!table.empty() && isHere(table.back().line, table.back().column)) table.pop_back();
-  } else if (!tags.empty() && isHere(tags.back()->line, tags.back()->column)) {
+    if (!table.empty() && table.back().position == here) table.pop_back();
+  } else if (!tags.empty() && Position{tags.back()->line, tags.back()->column} == here) {
     element->setUserData(LOCATION_TAG_KEY, nullptr, nullptr);
     delete tags.back();
     tags.pop_back();
@@ -190,7 +181,8 @@ void Parser::endElement(const xercesc::XMLElementDecl& declaration, unsigned int
 }
 
 Parser::LocationTag* Parser::attachTag(const Place& place) {
-  auto tag = std::make_unique<LocationTag>(LocationTag{fileName, place.line, place.column, 0});
+  auto tag = std::make_unique<LocationTag>(
+      LocationTag{fileName, place.position.line, place.position.column, 0});
   tags.push_back(tag.get());
   try {
     place.node->setUserData(LOCATION_TAG_KEY, tag.get(), &getLocationTagHandler());
@@ -208,9 +200,15 @@ Parser::LocationTag* Parser::tagFromTable(const DOMNode* node) {
   };
   if (!isTableSorted) std::sort(table.begin(), table.end(), isBefore);
   isTableSorted = true;
-  const Place wanted = {const_cast<DOMNode*>(node), 0, 0};
+  const Place wanted = {const_cast<DOMNode*>(node), {}};
   const auto found = std::lower_bound(table.begin(), table.end(), wanted, isBefore);
   return found == table.end() || found->node != node ? nullptr : attachTag(*found);
+}
+
+// Just behind what was read last.
+Position Parser::currentPosition() const {
+  const xercesc::Locator* locator = getScanner()->getLocator();
+  return {static_cast<int>(locator->getLineNumber()), static_cast<int>(locator->getColumnNumber())};
 }
 
 // Takes over the document of the last parse, before the base class forgets to release it.

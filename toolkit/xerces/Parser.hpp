@@ -15,9 +15,22 @@
 #include <xercesc/parsers/XercesDOMParser.hpp>
 
 #include "xerces/ErrorHandler.hpp"
+#include "xerces/Position.hpp"
 
 namespace xerces {
 
+// Contract are the tags, their counts as the handler keeps them, and what getLocationTag answers.
+// The table of places and the destruction without notices are for speed.
+//
+// Who frees a tag: the handler, when a notice that its node is gone takes the count to 0. The
+// parser does, for all that it made (tags) and without notices, when no handler has had any since
+// the parser was built: then each tag still has its one node, in a document of this parser.
+// Otherwise the documents are released in the XML library's own way, which notifies the handler of
+// each.
+//
+// The newest entry of tags, or of the table, is that of the element that was opened last, as long
+// as that element has no children: so the place of an element that ends where it started is taken
+// back.
 class Parser : public xercesc::XercesDOMParser {
  public:
   // Where an element's start tag ends.
@@ -84,10 +97,10 @@ class Parser : public xercesc::XercesDOMParser {
  private:
   struct Place {
     xercesc::DOMNode* node;
-    int line;
-    int column;
+    Position position;
   };
 
+  Position currentPosition() const;
   void keepDocument();
   LocationTag* attachTag(const Place& place);
   LocationTag* tagFromTable(const xercesc::DOMNode* node);
@@ -98,7 +111,7 @@ class Parser : public xercesc::XercesDOMParser {
   std::vector<Place> table;                             // of the document of the last parse
   bool isTableSorted = false;                           // by node; before that in document order
   std::vector<xercesc::DOMDocument*> earlierDocuments;  // owned
-  std::vector<LocationTag*> tags;                       // made by this parser; see the destructor
+  std::vector<LocationTag*> tags;                       // made by this parser
   unsigned int handledBefore;                           // notices when the parser was built
 };
 

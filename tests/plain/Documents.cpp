@@ -9,7 +9,7 @@ namespace {
 using namespace std::string_literals;
 
 // Where the XML library fills its buffers anew, in characters and in bytes.
-constexpr std::size_t blockSizes[] = {16 * 1024, 48 * 1024};
+constexpr std::size_t blockSizes[] = {16UL * 1024, 48UL * 1024};
 
 std::vector<std::string> split(std::string_view list) {
   std::vector<std::string> items(1);

@@ -37,19 +37,20 @@ struct Check {
   ExitCode run() const {
     Loader loader(load);
     SourceText& source = loader.getSources();
+    const FileNames& names = loader.getNames();
     std::vector<Finding> findings;
     std::set<Key> known;
     for (const std::string& file : files) {
       for (const Problem& problem : loader.check(loader.resolve(file))) {
-        if (isWanted(problem, known)) findings.push_back(describe(problem, loader, source));
+        if (isWanted(problem, known)) findings.push_back(describe(problem, names, source));
       }
     }
     if (format == "json") {
-      printJson(findings, loader, source);
+      printJson(findings, names, source);
     } else if (format == "sarif") {
-      printSarif(findings, loader, source);
+      printSarif(findings, names, source);
     } else {
-      printText(std::cout, Colours(), findings, loader, source);
+      printText(std::cout, Colours(), findings, names, source);
     }
     return codeFor(findings);
   }

@@ -26,8 +26,8 @@ struct Side {
 
 class Comparison {
  public:
-  Comparison(const Loader& loader, const Side& a, const Side& b, bool isNull)
-      : loader(loader), a(a), b(b), isNull(isNull) {}
+  Comparison(const FileNames& files, const Side& a, const Side& b, bool isNull)
+      : files(files), a(a), b(b), isNull(isNull) {}
 
   // Whether something differs.
   bool run() {
@@ -136,10 +136,10 @@ class Comparison {
     }
     std::cout << (sign == '-' ? colours.bad : colours.good) << sign << " "
               << (value.empty() ? "section" : escaped(value)) << colours.off << "  " << colours.dim
-              << "(" << loader.shown(origin) << ")" << colours.off << "\n";
+              << "(" << files.shown(origin) << ")" << colours.off << "\n";
   }
 
-  const Loader& loader;
+  const FileNames& files;
   const Side& a;
   const Side& b;
   const bool isNull;
@@ -166,7 +166,7 @@ struct Diff {
     Side b;
     read(loader, fileA, a);
     read(loader, fileB, b);
-    return Comparison(loader, a, b, isNull).run() ? NO : FINE;
+    return Comparison(loader.getNames(), a, b, isNull).run() ? NO : FINE;
   }
 
  private:

@@ -43,7 +43,7 @@ class NameFinder : public Visitor {
 class Explanation {
  public:
   Explanation(Loader& loader, const Origins& origins)
-      : loader(loader), origins(origins), source(loader.getSources()) {}
+      : loader(loader), names(loader.getNames()), origins(origins), source(loader.getSources()) {}
 
   void found(const Match& match, const std::vector<Match>& sections) {
     std::cout << colours.bold << match.path << colours.off;
@@ -86,7 +86,7 @@ class Explanation {
   }
 
   void printPlace(const Origins::Origin& origin) {
-    std::cout << "  " << loader.shown(origin);
+    std::cout << "  " << names.shown(origin);
     if (origin.line == 0) std::cout << ", in an empty tag: its line is not known";
     std::cout << "\n";
     if (origin.file == nullptr) return;
@@ -104,9 +104,9 @@ class Explanation {
   }
 
   void printFile(const File& file) const {
-    std::cout << "  " << loader.shown(file.path) << "\n";
+    std::cout << "  " << names.shown(file.path) << "\n";
     if (file.includer != nullptr) {
-      std::cout << "    included as " << quoted(file.name) << " at " << loader.shown(file.include)
+      std::cout << "    included as " << quoted(file.name) << " at " << names.shown(file.include)
                 << "\n";
     }
     if (file.name[0] == '/') {
@@ -115,7 +115,7 @@ class Explanation {
       std::cout << "    found in " << directoryOf(file) << "\n";
     }
     for (const auto& match : file.shadowed) {
-      std::cout << "    shadows " << loader.shown(match.file) << "\n";
+      std::cout << "    shadows " << names.shown(match.file) << "\n";
     }
   }
 
@@ -123,7 +123,7 @@ class Explanation {
   std::string directoryOf(const File& file) const {
     for (const File* around = file.includer; around != nullptr; around = around->includer) {
       if (cppUtil::fileName::getPath(around->path) == file.directory) {
-        return loader.shown(file.directory) + ", beside " + loader.shown(around->path);
+        return names.shown(file.directory) + ", beside " + names.shown(around->path);
       }
     }
     for (const PathEntry& entry : loader.searchPath()) {
@@ -173,7 +173,7 @@ class Explanation {
       rows.push_back(
           {isMarked ? "* " : "  ",
            isSection ? entry.path : entry.path + " = " + escaped(entry.value()),
-           loader.shown(originOf(entry)) + (isDefault ? ", taken without an index" : "")});
+           names.shown(originOf(entry)) + (isDefault ? ", taken without an index" : "")});
     };
     if (count == 1) return add(match);
     const std::string path = match.path.substr(0, match.path.rfind('['));
@@ -201,6 +201,7 @@ class Explanation {
   }
 
   const Loader& loader;
+  const FileNames& names;
   const Origins& origins;
   const Colours colours;
   SourceText& source;

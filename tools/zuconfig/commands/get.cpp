@@ -42,7 +42,7 @@ struct Get {
     match(config, pattern, Wanted::PROPERTIES, [&](const Match& match) {
       isFound = true;
       const auto origin = origins.of(match.parent, match.name, match.index);
-      print(withOrigin ? loader.shown(origin) : "", match.value());
+      print(withOrigin ? loader.getNames().shown(origin) : "", match.value());
     });
     return isFound ? FINE : printDefault(config, pattern);
   }

@@ -115,7 +115,7 @@ const char* remarkOf(Kind kind) {
 
 class GraphPrinter {
  public:
-  explicit GraphPrinter(const Loader& loader) : loader(loader) {}
+  explicit GraphPrinter(const FileNames& names) : names(names) {}
 
   void printTree(const Node& root) {
     struct Entry {
@@ -186,7 +186,7 @@ class GraphPrinter {
 
  private:
   std::string nameOf(const Node& node) const {
-    return node.path.empty() ? node.name : loader.nameOf(node.path);
+    return node.path.empty() ? node.name : names.nameOf(node.path);
   }
 
   void printNode(const Node& node) const {
@@ -204,7 +204,7 @@ class GraphPrinter {
     const std::string separator = ",\n" + indentation(depth + 2);
     std::cout << "{\n" << indentation(depth + 2) << "\"name\": " << inJson(node.name);
     if (!node.path.empty())
-      std::cout << separator << "\"file\": " << inJson(loader.nameOf(node.path));
+      std::cout << separator << "\"file\": " << inJson(names.nameOf(node.path));
     if (!node.include.file.empty()) {
       std::cout << separator << "\"line\": " << node.include.line << separator
                 << "\"column\": " << node.include.column;
@@ -224,7 +224,7 @@ class GraphPrinter {
     return "\"" + text + "\"";
   }
 
-  const Loader& loader;
+  const FileNames& names;
   const Colours colours;
 };
 
@@ -246,7 +246,7 @@ struct Includes {
     const auto problems = xml::check(loader.resolve(file), {}, false, graph);
     if (graph.root() == nullptr) throw Failure(NOT_LOADED, loader.notFound(file));
     graph.addMissing(problems);
-    GraphPrinter printer(loader);
+    GraphPrinter printer(loader.getNames());
     if (format == "dot") {
       printer.printDot(graph);
     } else if (format == "json") {
@@ -254,17 +254,17 @@ struct Includes {
     } else {
       printer.printTree(*graph.root());
     }
-    return reportUnread(problems, loader);
+    return reportUnread(problems, loader.getNames());
   }
 
  private:
   // What may hide includes from the graph.
-  static ExitCode reportUnread(const std::vector<Problem>& problems, const Loader& loader) {
+  static ExitCode reportUnread(const std::vector<Problem>& problems, const FileNames& names) {
     ExitCode code = FINE;
     for (const Problem& problem : problems) {
       if (problem.rule != "not-well-formed" && problem.rule != "unloadable") continue;
       std::cout.flush();
-      std::cerr << "zuconfig: " << loader.shown(problem.location) << ": "
+      std::cerr << "zuconfig: " << names.shown(problem.location) << ": "
                 << printable(problem.message) << " [" << problem.rule << "]\n";
       code = NOT_LOADED;
     }

@@ -20,8 +20,8 @@ using service::util::config::Visitor;
 class TreePrinter : public Visitor {
  public:
   // origins: null when they are not asked for.
-  TreePrinter(const IConfigPtr& config, const Loader& loader, const Origins* origins)
-      : loader(loader), origins(origins) {
+  TreePrinter(const IConfigPtr& config, const FileNames& names, const Origins* origins)
+      : names(names), origins(origins) {
     descend(config);
   }
 
@@ -79,10 +79,10 @@ class TreePrinter : public Visitor {
   }
 
   void printOrigin(const Origins::Origin& origin) const {
-    std::cout << "  " << colours.dim << "(" << loader.shown(origin) << ")" << colours.off;
+    std::cout << "  " << colours.dim << "(" << names.shown(origin) << ")" << colours.off;
   }
 
-  const Loader& loader;
+  const FileNames& names;
   const Origins* origins;
   const Colours colours;
   std::vector<Level> levels;         // outermost first
@@ -105,7 +105,7 @@ struct Tree {
     Origins origins;
     const IConfigPtr config = withOrigins ? loader.load(file, origins) : loader.load(file);
     std::cout << shownArgument(file) << "\n";
-    TreePrinter printer(config, loader, withOrigins ? &origins : nullptr);
+    TreePrinter printer(config, loader.getNames(), withOrigins ? &origins : nullptr);
     service::util::config::visit(config, printer);
     return FINE;
   }

@@ -2,8 +2,6 @@
 
 #include <unistd.h>
 
-#include <climits>
-#include <filesystem>
 #include <iostream>
 #include <stdexcept>
 #include <unordered_map>
@@ -22,27 +20,9 @@ using cppUtil::err::Exception;
 using service::util::config::xml::Observer;
 using service::util::locator::ConfigLocator;
 
-constexpr const char* standardInputName = "<stdin>";
-
 // How often a file may be open at once. Files that include each other in a circle are read until
 // the stack is used up, which takes long; no other files come near this.
 constexpr int mostOpenings = 100;
-
-std::string replaced(std::string text, const std::string& from, const std::string& to) {
-  for (std::size_t at = 0; (at = text.find(from, at)) != text.npos; at += to.size()) {
-    text.replace(at, from.size(), to);
-  }
-  return text;
-}
-
-// path without "." and ".." in it, unless links make that another file.
-std::string normalised(const std::string& path) {
-  if (path.find("/.") == path.npos) return path;
-  std::string normal = std::filesystem::path(path).lexically_normal().string();
-  if (normal.size() > 1 && normal.back() == '/') normal.pop_back();  // what "/." leaves
-  std::error_code error;
-  return std::filesystem::equivalent(path, normal, error) ? normal : path;
-}
 
 // Ends the load of files that include each other in a circle, and hands everything on to the
 // origins, when there are any.
@@ -93,12 +73,6 @@ std::string withoutLineBreakAtEnd(std::string text) {
   return text;
 }
 
-std::string currentDirectoryName() {
-  char buffer[PATH_MAX];
-  if (::getcwd(buffer, sizeof buffer) == nullptr) return "";
-  return std::string(buffer) == "/" ? "/" : std::string(buffer) + "/";
-}
-
 }  // namespace
 
 void LoadOptions::defineDirectories(CLI::App& command) {
@@ -126,8 +100,7 @@ void defineFile(CLI::App& command, std::string& file) {
 }
 
 Loader::Loader(const LoadOptions& options)
-    : validate(options.validate || !options.schemas.empty()),
-      currentDirectory(currentDirectoryName()) {
+    : validate(options.validate || !options.schemas.empty()) {
   for (const std::string& schema : options.schemas) {
     const std::size_t sign = schema.rfind('=');
     if (sign == schema.npos || sign == 0 || sign + 1 == schema.size()) {
@@ -155,9 +128,11 @@ std::string Loader::resolve(const std::string& file) {
   if (file == "-") {
     if (standardInput) throw Failure(USAGE, "standard input can be read once only");
     standardInput.emplace();
+    names.setStandardInput(standardInput->getPath());
     prepend("", "for standard input");
     return standardInput->getPath();
   }
+  const std::string& currentDirectory = names.getCurrentDirectory();
   if (startsWith(file, "./")) return currentDirectory + file.substr(2);
   if (startsWith(file, "../")) return currentDirectory + file;
   if (ConfigLocator::find(file).empty() && !ConfigLocator::find(currentDirectory + file).empty()) {
@@ -182,7 +157,7 @@ IConfigPtr Loader::load(const std::string& file, Origins* origins) {
   } catch (const Exception& e) {
     if (printErrors(resolved)) throw Failure(NOT_LOADED, "");
     throw Failure(NOT_LOADED, shownArgument(file) + ": " + e.what() + ": " +
-                                  withoutLineBreakAtEnd(shownText(e.getMessage())));
+                                  withoutLineBreakAtEnd(names.shownText(e.getMessage())));
   }
 }
 
@@ -192,9 +167,9 @@ bool Loader::printErrors(const std::string& resolved) {
   bool isError = false;
   for (const Problem& problem : check(resolved)) {
     isError = isError || problem.severity == Severity::ERROR;
-    findings.push_back(describe(problem, *this, sources));
+    findings.push_back(describe(problem, names, sources));
   }
-  if (isError) printText(std::cerr, Colours(STDERR_FILENO), findings, *this, sources);
+  if (isError) printText(std::cerr, Colours(STDERR_FILENO), findings, names, sources);
   return isError;
 }
 
@@ -206,47 +181,6 @@ std::vector<Problem> Loader::check(const std::string& resolved) {
 std::string Loader::notFound(const std::string& file) const {
   return printable(file) + ": not found on the search path, which \"zuconfig path\" shows" +
          hintForMissing(file, "");
-}
-
-std::string Loader::nameOf(const std::string& path) const {
-  if (standardInput && path == standardInput->getPath()) return standardInputName;
-  const std::string normal = normalised(path);
-  if (normal + "/" == currentDirectory) return ".";
-  const bool isBelow = currentDirectory.size() > 1 && startsWith(normal, currentDirectory.c_str());
-  return isBelow ? normal.substr(currentDirectory.size()) : normal;
-}
-
-std::string Loader::shown(const std::string& path) const {
-  return printable(nameOf(path));
-}
-
-std::string Loader::shown(const Location& location) const {
-  std::string text = shown(location.file);
-  if (location.line > 0) {
-    text += ":" + std::to_string(location.line) + ":" + std::to_string(location.column);
-  }
-  return text;
-}
-
-std::string Loader::shown(const Origins::Origin& origin) const {
-  if (origin.file == nullptr) return "unknown";
-  return shown(Location{origin.file->path, origin.line, origin.column});
-}
-
-std::string Loader::shownText(const std::string& text) const {
-  if (!standardInput) return text;
-  const std::string& path = standardInput->getPath();
-  std::error_code unknown;
-  const auto directory = std::filesystem::canonical(path.substr(0, path.rfind('/')), unknown);
-  return replaced(replaced(text, path, standardInputName), directory.string() + ", ", "");
-}
-
-std::string Loader::shortened(const std::string& text) const {
-  return currentDirectory.size() > 1 ? replaced(text, currentDirectory, "") : text;
-}
-
-std::string shownArgument(const std::string& file) {
-  return file == "-" ? standardInputName : printable(file);
 }
 
 }  // namespace zuconfig

@@ -13,13 +13,13 @@
 #include "service/util/config/xml/Session.hpp"
 #include "service/util/config/xml/check.hpp"
 #include "service/util/config/xml/create.hpp"
+#include "shared/FileNames.hpp"
 #include "shared/Spool.hpp"
 #include "shared/searchPath.hpp"
 
 namespace zuconfig {
 
 using service::util::config::IConfigPtr;
-using service::util::config::xml::Location;
 using service::util::config::xml::Origins;
 
 struct LoadOptions {
@@ -52,6 +52,9 @@ class Loader {
   // What is wrong with a file, by the name that resolve made of it.
   std::vector<service::util::config::xml::Problem> check(const std::string& resolved);
 
+  // How to call files, standard input among them.
+  const FileNames& getNames() const { return names; }
+
   // The texts of the files that were loaded or checked, as long as they are what they were then.
   service::util::config::report::SourceText& getSources() { return sources; }
 
@@ -60,19 +63,6 @@ class Loader {
 
   // Why file is not there.
   std::string notFound(const std::string& file) const;
-
-  // A file for other programs: relative when it is below the current directory.
-  std::string nameOf(const std::string& path) const;
-  // A file for the eye.
-  std::string shown(const std::string& path) const;
-  // "file:line:column", or what of it is known.
-  std::string shown(const Location& location) const;
-  std::string shown(const Origins::Origin& origin) const;
-  // A text of the library's, with standard input called by its name, and without the directory in
-  // lists of directories that its copy is in.
-  std::string shownText(const std::string& text) const;
-  // text with the files in it relative when they are below the current directory.
-  std::string shortened(const std::string& text) const;
 
  private:
   void prepend(const std::string& directory, const char* source);
@@ -83,13 +73,10 @@ class Loader {
   service::util::config::xml::SchemeList schemes;
   bool validate;
   std::vector<PathEntry> prepended;
-  std::string currentDirectory;  // ends in a slash; empty when it has no name
+  FileNames names;
   std::optional<Spool> standardInput;
   service::util::config::report::SourceText sources;
 };
-
-// For the eye: a file as the user wrote it.
-std::string shownArgument(const std::string& file);
 
 }  // namespace zuconfig
 

@@ -67,11 +67,11 @@ std::string moveToCause(Finding& finding, SourceText& source) {
 
 }  // namespace
 
-Finding describe(const Problem& problem, const Loader& loader, SourceText& source) {
+Finding describe(const Problem& problem, const FileNames& names, SourceText& source) {
   Finding finding = {problem, source.rangeOf(problem.location)};
-  std::string message = loader.shownText(problem.message);
+  std::string message = names.shownText(problem.message);
   const bool isAboutFiles = problem.rule == "include-cycle" || problem.rule == "shadowed-file";
-  if (isAboutFiles) message = loader.shortened(message);
+  if (isAboutFiles) message = names.shortened(message);
   finding.problem.message = printable(message) + suggestion(problem) + moveToCause(finding, source);
   return finding;
 }

@@ -8,7 +8,7 @@
 
 #include "report/SourceText.hpp"
 #include "service/util/config/xml/check.hpp"
-#include "shared/Loader.hpp"
+#include "shared/FileNames.hpp"
 #include "shared/text.hpp"
 
 namespace zuconfig {
@@ -24,12 +24,12 @@ struct Finding {
 };
 
 // Completes the problem from the text of the files.
-Finding describe(const Problem& problem, const Loader& loader, SourceText& source);
+Finding describe(const Problem& problem, const FileNames& names, SourceText& source);
 
 void printText(std::ostream& out, const Colours& colours, const std::vector<Finding>& findings,
-               const Loader& loader, SourceText& source);
-void printJson(const std::vector<Finding>& findings, const Loader& loader, SourceText& source);
-void printSarif(const std::vector<Finding>& findings, const Loader& loader, SourceText& source);
+               const FileNames& names, SourceText& source);
+void printJson(const std::vector<Finding>& findings, const FileNames& names, SourceText& source);
+void printSarif(const std::vector<Finding>& findings, const FileNames& names, SourceText& source);
 
 }  // namespace zuconfig
 

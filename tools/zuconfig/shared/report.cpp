@@ -20,8 +20,8 @@ void print(const json& document) {
   std::cout << printableJson(document.dump(2, ' ', false, json::error_handler_t::replace)) << "\n";
 }
 
-json inJson(const Range& range, const Loader& loader) {
-  json place = {{"file", loader.nameOf(range.file)}};
+json inJson(const Range& range, const FileNames& names) {
+  json place = {{"file", names.nameOf(range.file)}};
   if (range.line > 0) {
     place.update({{"line", range.line}, {"column", range.column}});
     place.update({{"endLine", range.endLine}, {"endColumn", range.endColumn}});
@@ -44,8 +44,8 @@ std::string inUri(const std::string& path) {
   return uri;
 }
 
-json sarifLocation(const Range& range, const Loader& loader) {
-  json place = {{"artifactLocation", {{"uri", inUri(loader.nameOf(range.file))}}}};
+json sarifLocation(const Range& range, const FileNames& names) {
+  json place = {{"artifactLocation", {{"uri", inUri(names.nameOf(range.file))}}}};
   if (range.line > 0) {
     place["region"] = {{"startLine", range.line},
                        {"startColumn", range.column},
@@ -55,13 +55,13 @@ json sarifLocation(const Range& range, const Loader& loader) {
   return {{"physicalLocation", place}};
 }
 
-json sarifResult(const Finding& finding, const Loader& loader, SourceText& source) {
+json sarifResult(const Finding& finding, const FileNames& names, SourceText& source) {
   json result = {{"ruleId", finding.problem.rule},
                  {"level", nameOf(finding.problem.severity)},
                  {"message", {{"text", finding.problem.message}}},
-                 {"locations", json::array({sarifLocation(finding.range, loader)})}};
+                 {"locations", json::array({sarifLocation(finding.range, names)})}};
   for (const Location& include : finding.problem.includes) {
-    json location = sarifLocation(source.rangeOf(include), loader);
+    json location = sarifLocation(source.rangeOf(include), names);
     location["message"] = {{"text", "included from here"}};
     result["relatedLocations"].push_back(location);
   }
@@ -71,9 +71,9 @@ json sarifResult(const Finding& finding, const Loader& loader, SourceText& sourc
 }  // namespace
 
 void printText(std::ostream& out, const Colours& colours, const std::vector<Finding>& findings,
-               const Loader& loader, SourceText& source) {
+               const FileNames& names, SourceText& source) {
   service::util::config::report::Style style;
-  style.place = [&](const Location& location) { return loader.shown(location); };
+  style.place = [&](const Location& location) { return names.shown(location); };
   style.bold = colours.bold;
   style.error = colours.bad;
   style.warning = colours.warning;
@@ -84,28 +84,28 @@ void printText(std::ostream& out, const Colours& colours, const std::vector<Find
   }
 }
 
-void printJson(const std::vector<Finding>& findings, const Loader& loader, SourceText& source) {
+void printJson(const std::vector<Finding>& findings, const FileNames& names, SourceText& source) {
   json list = json::array();
   for (const auto& [problem, range] : findings) {
-    json entry = inJson(range, loader);
+    json entry = inJson(range, names);
     entry["severity"] = nameOf(problem.severity);
     entry["rule"] = problem.rule;
     entry["message"] = problem.message;
     entry["includes"] = json::array();
     for (const Location& include : problem.includes) {
-      entry["includes"].push_back(inJson(source.rangeOf(include), loader));
+      entry["includes"].push_back(inJson(source.rangeOf(include), names));
     }
     list.push_back(entry);
   }
   print(list);
 }
 
-void printSarif(const std::vector<Finding>& findings, const Loader& loader, SourceText& source) {
+void printSarif(const std::vector<Finding>& findings, const FileNames& names, SourceText& source) {
   std::map<std::string, json> rules;
   json results = json::array();
   for (const Finding& finding : findings) {
     rules.emplace(finding.problem.rule, json{{"id", finding.problem.rule}});
-    results.push_back(sarifResult(finding, loader, source));
+    results.push_back(sarifResult(finding, names, source));
   }
   json ruleList = json::array();
   for (auto& [id, rule] : rules) ruleList.push_back(rule);

@@ -54,7 +54,7 @@ class ZU_EXPORT XmlConfigParser {
   void parseInclude(const IConfigPtr& config, const ZU_XERCES_NAMESPACE::DOMElement& element);
 
  private:
-  struct Load;
+  struct ZU_NO_EXPORT Load;
 
   ZU_NO_EXPORT void parseXml(const IConfigPtr& config, const std::string& fileName);
   template <class Step>

@@ -51,29 +51,41 @@ std::vector<PathEntry> expectedEntries() {
   return entries;
 }
 
-// The regular files in directory, each with prefix before its name; none when it cannot be read.
-void addFiles(std::vector<std::string>& files, const std::string& directory,
-              const std::string& prefix) {
+// How many entries of directories are still looked at: without a bound, many missing files beside
+// as many others would take their product.
+std::size_t entriesLeft = 100000;
+
+// Calls see for each entry of directory; none when it cannot be read.
+template <class See>
+void forEachEntry(const std::string& directory, const See& see) {
+  if (entriesLeft == 0) return;
+  --entriesLeft;
   std::error_code error;
   std::filesystem::directory_iterator entry(directory.empty() ? "." : directory, error);
-  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
-    std::error_code unknown;
-    if (entry->is_regular_file(unknown))
-      files.push_back(prefix + entry->path().filename().string());
+  const std::filesystem::directory_iterator end;
+  for (; !error && entry != end && entriesLeft > 0; entry.increment(error), --entriesLeft) {
+    see(*entry);
   }
+}
+
+// The regular files in directory, each with prefix before its name.
+void addFiles(std::vector<std::string>& files, const std::string& directory,
+              const std::string& prefix) {
+  forEachEntry(directory, [&](const std::filesystem::directory_entry& entry) {
+    std::error_code unknown;
+    if (entry.is_regular_file(unknown)) files.push_back(prefix + entry.path().filename().string());
+  });
 }
 
 // The file called name in the directories below directory, one level down.
 void addFilesBelow(std::vector<std::string>& files, const std::string& directory,
                    const std::string& name) {
-  std::error_code error;
-  std::filesystem::directory_iterator entry(directory, error);
-  for (; !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+  forEachEntry(directory, [&](const std::filesystem::directory_entry& entry) {
     std::error_code unknown;
-    if (std::filesystem::is_regular_file(entry->path() / name, unknown)) {
-      files.push_back((entry->path().filename() / name).string());
+    if (std::filesystem::is_regular_file(entry.path() / name, unknown)) {
+      files.push_back((entry.path().filename() / name).string());
     }
-  }
+  });
 }
 
 // Why path, which is there, is not found. Empty when it is not there.
@@ -98,6 +110,7 @@ std::vector<std::string> nearFiles(std::string name, const std::string& includer
     if (!files.empty()) return files;
   }
   for (const std::string& directory : directories) addFiles(files, directory + prefix, prefix);
+  if (entriesLeft == 0) return {};  // not all were seen
   std::sort(files.begin(), files.end());
   files.erase(std::unique(files.begin(), files.end()), files.end());
   // Directories and endings are the same too often to say much.

@@ -32,34 +32,34 @@ class Walk {
   explicit Walk(Load& load) : load(load) {}
 
   void parseConfig(const IConfigPtr& config, const Element& root) {
-    const auto at = [](int line) { return Place{unit, parseConfigSignature, line}; };
-    guarded(at(__LINE__), [&] { root.match(ElementKind::CONFIG); });
-    parseContent(config, root, at(__LINE__));
+    const Guard guarded(unit, parseConfigSignature);
+    guarded([&] { root.match(ElementKind::CONFIG); });
+    parseContent(config, root, guarded);
   }
 
   void parseSection(const IConfigPtr& parent, const Element& element) {
-    const auto at = [](int line) { return Place{unit, parseSectionSignature, line}; };
-    guarded(at(__LINE__), [&] { element.match(ElementKind::SECTION); });
-    guarded(at(__LINE__), [&] { requireStack(element, sectionStack); });
-    guarded(at(__LINE__), [&] { element.readName(name); });
+    const Guard guarded(unit, parseSectionSignature);
+    guarded([&] { element.match(ElementKind::SECTION); });
+    guarded([&] { requireStack(element, sectionStack); });
+    guarded([&] { element.readName(name); });
     const IConfigPtr child = parent->addSection(name);
     if (load.events != nullptr) load.events->sectionAdded(parent, name, child, element.position());
-    parseContent(child, element, at(__LINE__));
+    parseContent(child, element, guarded);
   }
 
   void parseProperty(const IConfigPtr& config, const Element& element) {
-    const auto at = [](int line) { return Place{unit, parsePropertySignature, line}; };
-    guarded(at(__LINE__), [&] { element.match(ElementKind::PROPERTY); });
-    guarded(at(__LINE__), [&] { element.readName(name); });
-    guarded(at(__LINE__), [&] { element.readText(value); });
+    const Guard guarded(unit, parsePropertySignature);
+    guarded([&] { element.match(ElementKind::PROPERTY); });
+    guarded([&] { element.readName(name); });
+    guarded([&] { element.readText(value); });
     config->addProperty(name, value);
     if (load.events != nullptr) load.events->propertyAdded(config, name, element.position());
   }
 
   void parseInclude(const IConfigPtr& config, const Element& element) {
-    const auto at = [](int line) { return Place{unit, parseIncludeSignature, line}; };
-    guarded(at(__LINE__), [&] { element.match(ElementKind::INCLUDE); });
-    guarded(at(__LINE__), [&] {
+    const Guard guarded(unit, parseIncludeSignature);
+    guarded([&] { element.match(ElementKind::INCLUDE); });
+    guarded([&] {
       requireStack(element, includeStack);
       std::string text;
       element.readText(text);
@@ -79,7 +79,7 @@ class Walk {
 
  private:
   using Exception = cppUtil::err::Exception;
-  using Place = cppUtil::err::Place;
+  using Guard = cppUtil::err::Guard;
   using Children = typename Element::Children;
 
   // What must be left of the stack, in bytes, to go into a section and to parse a file, with room
@@ -87,22 +87,18 @@ class Walk {
   static constexpr std::size_t sectionStack = 64UL * 1024;
   static constexpr std::size_t includeStack = 96UL * 1024;
 
-  void parseContent(const IConfigPtr& config, const Element& parent, const Place& place) {
+  // guarded: the guard of the caller.
+  void parseContent(const IConfigPtr& config, const Element& parent, const Guard& guarded) {
     const Children children(parent);
     children.forEach(ElementKind::PROPERTY, [&](const Element& element) {
-      cppUtil::err::guarded(place, [&] { parseProperty(config, element); });
+      guarded([&] { parseProperty(config, element); });
     });
     children.forEach(ElementKind::INCLUDE, [&](const Element& element) {
-      cppUtil::err::guarded(place, [&] { parseInclude(config, element); });
+      guarded([&] { parseInclude(config, element); });
     });
     children.forEach(ElementKind::SECTION, [&](const Element& element) {
-      cppUtil::err::guarded(place, [&] { parseSection(config, element); });
+      guarded([&] { parseSection(config, element); });
     });
-  }
-
-  template <class Step>
-  static void guarded(const Place& place, const Step& step) {
-    cppUtil::err::guarded(place, step);
   }
 
   void requireStack(const Element& element, std::size_t bytes) const {

@@ -37,6 +37,13 @@ TEST(Guarded, TranslatesWhatIsThrown) {
   }
 }
 
+TEST(Guarded, GuardTellsTheLineOfTheStep) {
+  const cppUtil::err::Guard guard("src/boundary", "void boundary()");
+  const int line = __LINE__ + 1;
+  EXPECT_EQ(failureOf([&] { guard([] { throw 5; }); }),
+            Failure(7, 0, "src/boundary", "void boundary()", line, ""));
+}
+
 TEST(Guarded, PassesTheVeryExceptionObjectThroughEveryBoundary) {
   struct Derived : Exception {
     using Exception::Exception;

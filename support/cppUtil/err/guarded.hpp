@@ -27,6 +27,22 @@ decltype(auto) guarded(const Place& place, const Step& step) {
   }
 }
 
+// Guards the steps of one function, each with the line that it is called at as its place.
+class Guard {
+ public:
+  constexpr Guard(const char* sourceFile, const char* signature)
+      : file(sourceFile), function(signature) {}
+
+  template <class Step>
+  decltype(auto) operator()(const Step& step, int line = __builtin_LINE()) const {
+    return guarded({file, function, line}, step);
+  }
+
+ private:
+  const char* file;
+  const char* function;
+};
+
 }  // namespace cppUtil::err
 
 #endif

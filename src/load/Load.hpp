@@ -4,6 +4,7 @@
 #define SRC_LOAD_LOAD_HPP
 
 #include <cstddef>
+#include <optional>
 #include <string>
 
 #include "load/LoadEvents.hpp"
@@ -29,7 +30,10 @@ constexpr const char* parseIncludeSignature =
 
 class Load {
  public:
-  explicit Load(LoadEvents* events) : events(events) {}
+  // observer: null when nobody observes.
+  explicit Load(Observer* observer) {
+    if (observer != nullptr) events = &observed.emplace(*observer);
+  }
   virtual ~Load() = default;
   Load(const Load&) = delete;
   Load& operator=(const Load&) = delete;
@@ -49,9 +53,10 @@ class Load {
     return ++files <= maximumFiles;
   }
 
-  LoadEvents* const events;  // null when nobody observes
+  LoadEvents* events = nullptr;  // null when nobody observes
 
  private:
+  std::optional<LoadEvents> observed;
   std::size_t files = 1;  // read so far or being read
   const char* const stackBase = static_cast<const char*>(__builtin_frame_address(0));
 };

@@ -180,7 +180,7 @@ struct XmlState {
 
 // The parser knows its load while it lives.
 struct XmlConfigParser::Load : internal::Load {
-  explicit Load(XmlConfigParser& parser) : internal::Load(parser.events), parser(parser) {
+  Load(XmlConfigParser& parser, Observer* observer) : internal::Load(observer), parser(parser) {
     parser.load = this;
   }
   ~Load() override { parser.load = nullptr; }
@@ -217,10 +217,7 @@ XmlConfigParser::XmlConfigParser(const std::string& file, const SchemeList& sche
   if (fileName.empty()) {
     throw Exception(CU_MISSING_ARGUMENT, 0, unit, constructorSignature, __LINE__, "");
   }
-  std::optional<LoadEvents> observed;
-  if (observer != nullptr) events = &observed.emplace(*observer);
-  Load(*this).read(config, file, fileName, nullptr);
-  events = nullptr;
+  Load(*this, observer).read(config, file, fileName, nullptr);
 }
 
 XmlConfigParser::~XmlConfigParser() = default;
@@ -229,21 +226,27 @@ IConfigPtr XmlConfigParser::getConfig() const {
   return config;
 }
 
+// A step that a program calls by itself is a load of its own.
+template <class Step>
+void XmlConfigParser::inLoad(const Step& step) {
+  if (load != nullptr) return step(*load);
+  Load alone(*this, nullptr);
+  step(alone);
+}
+
 // Tries the plain way first, which does nothing that anybody could notice when it gives up. It does
 // not know further schemas.
 void XmlConfigParser::parse(const IConfigPtr& config, const std::string& fileName) {
-  if (load == nullptr) {
-    const Load running(*this);
-    return parse(config, fileName);
-  }
-  logParsing(fileName);
-  std::optional<plain::Document> document;
-  if (load->triesPlain && !(validate && !schemes.empty())) {
-    document = plain::readFile(fileName, validate);
-  }
-  if (!document) return parseXml(config, fileName);
-  guarded({unit, parseSignature, __LINE__}, [&] {
-    Walk<plain::Element>(*load).parseConfig(config, {*document, fileName, 0});
+  inLoad([&](Load& running) {
+    logParsing(fileName);
+    std::optional<plain::Document> document;
+    if (running.triesPlain && !(validate && !schemes.empty())) {
+      document = plain::readFile(fileName, validate);
+    }
+    if (!document) return parseXml(config, fileName);
+    guarded({unit, parseSignature, __LINE__}, [&] {
+      Walk<plain::Element>(running).parseConfig(config, {*document, fileName, 0});
+    });
   });
 }
 
@@ -266,27 +269,23 @@ void XmlConfigParser::parseXml(const IConfigPtr& config, const std::string& file
   });
 }
 
-template <class Step>
-void XmlConfigParser::walk(const Step& step) {
-  if (load != nullptr) return step(Walk<DomElement>(*load));
-  Load alone(*this);
-  step(Walk<DomElement>(alone));
-}
-
 void XmlConfigParser::parseConfig(const IConfigPtr& config, const DOMElement& root) {
-  walk([&](auto&& walk) { walk.parseConfig(config, DomElement(root)); });
+  inLoad([&](Load& running) { Walk<DomElement>(running).parseConfig(config, DomElement(root)); });
 }
 
 void XmlConfigParser::parseSection(const IConfigPtr& parent, const DOMElement& element) {
-  walk([&](auto&& walk) { walk.parseSection(parent, DomElement(element)); });
+  inLoad(
+      [&](Load& running) { Walk<DomElement>(running).parseSection(parent, DomElement(element)); });
 }
 
 void XmlConfigParser::parseProperty(const IConfigPtr& config, const DOMElement& element) {
-  walk([&](auto&& walk) { walk.parseProperty(config, DomElement(element)); });
+  inLoad(
+      [&](Load& running) { Walk<DomElement>(running).parseProperty(config, DomElement(element)); });
 }
 
 void XmlConfigParser::parseInclude(const IConfigPtr& config, const DOMElement& element) {
-  walk([&](auto&& walk) { walk.parseInclude(config, DomElement(element)); });
+  inLoad(
+      [&](Load& running) { Walk<DomElement>(running).parseInclude(config, DomElement(element)); });
 }
 
 }  // namespace internal

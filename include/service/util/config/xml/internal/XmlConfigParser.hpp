@@ -23,8 +23,6 @@ class Observer;
 
 namespace service::util::config::xml::internal {
 
-class LoadEvents;
-
 class ZU_EXPORT XmlConfigParser {
  public:
   // Loads the file. Throws cppUtil::err::Exception with code 1 when it is not found on the search
@@ -58,14 +56,13 @@ class ZU_EXPORT XmlConfigParser {
 
   ZU_NO_EXPORT void parseXml(const IConfigPtr& config, const std::string& fileName);
   template <class Step>
-  ZU_NO_EXPORT void walk(const Step& step);
+  ZU_NO_EXPORT void inLoad(const Step& step);
 
   IConfigPtr config;
   std::string fileName;
   SchemeList schemes;
   bool validate;
-  Load* load = nullptr;          // while a load is running
-  LoadEvents* events = nullptr;  // while a load is running that is observed
+  Load* load = nullptr;  // while a load is running
 };
 
 }  // namespace service::util::config::xml::internal

@@ -27,6 +27,7 @@ void addGrowth(Inputs& inputs, const Extent& extent);
 void addReads(Inputs& inputs, const Extent& extent);
 void addBuilding(const Extent& extent);
 void addExceptions();
+void addChecks(const Extent& extent);
 void addProcesses(Inputs& inputs);
 
 template <class Run>

@@ -21,6 +21,7 @@ int main(int argc, char** argv) {
     addReads(inputs, extent);
     addBuilding(extent);
     addExceptions();
+    addChecks(extent);
     addProcesses(inputs);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();

@@ -50,6 +50,7 @@ add_library(zuUtilConfigObjects OBJECT
   ${ZU_REPORT_SOURCES}
   support/service/util/config/errorModule.cpp
   support/service/util/locator/ConfigLocator.cpp
+  support/service/util/locator/SearchOrder.cpp
   toolkit/xerces/ErrorHandler.cpp
   toolkit/xerces/Exception.cpp
   toolkit/xerces/LocatedException.cpp
@@ -77,6 +78,7 @@ add_library(zuUtilConfigObjects OBJECT
   src/xml/EntityResolver.cpp
   src/xml/FileSource.cpp
   src/xml/LenientParser.cpp
+  src/xml/RepeatedSections.cpp
   src/xml/XmlLibrary.cpp
   src/xml/check.cpp
   src/xml/documentCheck.cpp

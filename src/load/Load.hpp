@@ -28,6 +28,9 @@ constexpr const char* parseIncludeSignature =
     "void service::util::config::xml::internal::XmlConfigParser::parseInclude(const IConfigPtr&, "
     "const xercesc_3_1::DOMElement&)";
 
+// How many files one load reads, each as often as it is included.
+constexpr std::size_t maximumFiles = 100000;
+
 class Load {
  public:
   // observer: null when nobody observes.
@@ -48,10 +51,7 @@ class Load {
 
   // Whether one more file may be read, which is then counted: files that include others more than
   // once multiply.
-  bool countFile() {
-    constexpr std::size_t maximumFiles = 100000;
-    return ++files <= maximumFiles;
-  }
+  bool countFile() { return ++files <= maximumFiles; }
 
   LoadEvents* events = nullptr;  // null when nobody observes
 

@@ -17,7 +17,8 @@ void LoadEvents::propertyAdded(const IConfigPtr& config, const std::string& name
 
 Observer::File LoadEvents::describe(const std::string& name, const std::string& path,
                                     const Position* include) {
-  return describeFile(name, path, include == nullptr ? Location() : locationOf(*include), current);
+  const Location place = include == nullptr ? Location() : locationOf(*include);
+  return describeFile(order, name, path, place, current);
 }
 
 void LoadEvents::setCurrent(const Observer::File* file) {

@@ -3,7 +3,9 @@
 #ifndef SRC_LOAD_LOADEVENTS_HPP
 #define SRC_LOAD_LOADEVENTS_HPP
 
+#include "cppUtil/fileName/getPath.hpp"
 #include "service/util/config/xml/Observer.hpp"
+#include "service/util/locator/SearchOrder.hpp"
 
 namespace service::util::config::xml::internal {
 
@@ -19,15 +21,18 @@ class LoadEvents {
   LoadEvents(const LoadEvents&) = delete;
   LoadEvents& operator=(const LoadEvents&) = delete;
 
-  // Runs read, which reads the file that path names. name: what was looked up along the search path
-  // as it is now. include: where the include is that asked for it; null for the top-level file.
+  // Runs read, which reads the file that path names, with its directory in front of the search
+  // path. name: what was looked up. include: where the include is that asked for it; null for the
+  // top-level file.
   template <class Read>
   void reading(const std::string& name, const std::string& path, const Position* include,
                const Read& read) {
     const Observer::File file = describe(name, path, include);
     observer.fileEntered(file);
     setCurrent(&file);
+    order.push(cppUtil::fileName::getPath(path));
     read();
+    order.pop();
     setCurrent(file.includer);
     observer.fileLeft(file);
   }
@@ -44,6 +49,7 @@ class LoadEvents {
   const Location& locationOf(const Position& position);
 
   Observer& observer;
+  locator::SearchOrder order;
   const Observer::File* current = nullptr;
   Location location;  // reused, so that its file is copied once for each file
 };

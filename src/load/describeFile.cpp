@@ -6,10 +6,11 @@ using locator::ConfigLocator;
 
 // Entries further up the path than the one that path was found in hold no file of that name, unless
 // one has appeared since the look-up.
-Observer::File describeFile(const std::string& name, const std::string& path,
-                            const Location& include, const Observer::File* includer) {
+Observer::File describeFile(locator::SearchOrder& order, const std::string& name,
+                            const std::string& path, const Location& include,
+                            const Observer::File* includer) {
   Observer::File file = {name, path, "", {}, include, includer};
-  for (ConfigLocator::Match& match : ConfigLocator::findAll(name)) {
+  for (ConfigLocator::Match& match : order.findAll(name)) {
     if (match.file == path) {
       file.directory = std::move(match.directory);
     } else {

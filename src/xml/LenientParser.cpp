@@ -1,7 +1,6 @@
 #include "xml/LenientParser.hpp"
 
 #include <algorithm>
-#include <cstdio>
 #include <tuple>
 #include <xercesc/framework/XMLErrorCodes.hpp>
 #include <xercesc/framework/XMLValidityCodes.hpp>
@@ -10,7 +9,7 @@
 #include <xercesc/util/XMLUni.hpp>
 
 #include "report/SourceFile.hpp"
-#include "xerces/Exception.hpp"
+#include "xerces/LocatedException.hpp"
 #include "xerces/dom.hpp"
 
 namespace service::util::config::xml::internal {
@@ -48,6 +47,13 @@ const char* hintFor(unsigned int code) {
   }
 }
 
+// The first name that a message of the XML library puts into quotes.
+std::string quotedName(const std::string& message) {
+  const std::size_t start = message.find('\'');
+  const std::size_t end = start == message.npos ? start : message.find('\'', start + 1);
+  return end == message.npos ? "" : message.substr(start + 1, end - start - 1);
+}
+
 // Whether the line is one of those that a merge leaves where two changes contradict each other.
 bool isConflictMark(const Location& location) {
   report::SourceFile file(location.file);
@@ -63,7 +69,8 @@ Fault faultOf(unsigned int code, const XMLCh* domain, XMLErrorReporter::ErrTypes
     const bool isText = code == xercesc::XMLValid::NoCharDataInCM;
     return {Fault::INVALID,
             message + (isText ? ": the text before this place belongs in a property" : ""),
-            {}};
+            {},
+            quotedName(message)};
   }
   // Values that their type does not allow.
   if (XMLString::equals(domain, XMLUni::fgExceptDomain) &&
@@ -77,46 +84,38 @@ Fault faultOf(unsigned int code, const XMLCh* domain, XMLErrorReporter::ErrTypes
   return {Fault::NOT_WELL_FORMED, message, {}};
 }
 
-// The loader's parser begins its messages with the place.
 Fault refusal(const std::string& file, const std::string& message) {
-  Fault fault = {Fault::REFUSED, message, {file}};
-  const std::string start = "XMLParser: in file \"";
-  const std::size_t place = message.find("\" at line ");
-  int length = 0;
-  if (message.compare(0, start.size(), start) == 0 && place != std::string::npos &&
-      std::sscanf(message.c_str() + place, "\" at line %d at column %d: %n", &fault.location.line,
-                  &fault.location.column, &length) == 2) {
-    fault.location.file = message.substr(start.size(), place - start.size());
-    fault.message.erase(0, place + static_cast<std::size_t>(length));
-  }
-  if (message.empty()) fault.message = "the XML library failed without a reason";
-  return fault;
+  return {Fault::REFUSED,
+          message.empty() ? "the XML library failed without a reason" : message,
+          {file}};
 }
 
 }  // namespace
 
 const xercesc::DOMDocument* LenientParser::parseLeniently(const std::string& path) {
   faults.clear();
-  elements.clear();
   open.clear();
+  unfinished.clear();
   unknownElements.clear();
   lastUnknown = {};
+  const xercesc::DOMDocument* document = nullptr;
   try {
-    return parseDoc(path);
+    document = parseDoc(path);
   } catch (const xerces::Exception& e) {
     if (faults.empty()) faults.push_back(refusal(path, e.what()));
-    return getDocument();
+    document = getDocument();
   }
+  for (const Open& element : open) unfinished.insert(element.element);
+  return document;
 }
 
-Location LenientParser::locationOf(const xercesc::DOMElement& element) const {
-  const auto found = elements.find(&element);
-  if (found == elements.end()) return {getFileName()};
-  return {getFileName(), found->second.line, found->second.column};
+Location LenientParser::locationOf(const xercesc::DOMElement& element) {
+  const xerces::Position position = positionOf(&element);
+  return {getFileName(), position.line, position.column};
 }
 
 bool LenientParser::isOpen(const xercesc::DOMElement& element) const {
-  return std::find(open.begin(), open.end(), &element) != open.end();
+  return unfinished.count(&element) > 0;
 }
 
 void LenientParser::startElement(const xercesc::XMLElementDecl& declaration, unsigned int urlId,
@@ -125,17 +124,14 @@ void LenientParser::startElement(const xercesc::XMLElementDecl& declaration, uns
                                  XMLSize_t attributeCount, bool isEmpty, bool isRoot) {
   DocumentParser::startElement(declaration, urlId, prefix, attributes, attributeCount, isEmpty,
                                isRoot);
-  const xercesc::Locator* locator = getScanner()->getLocator();
-  const xercesc::DOMNode* element = getCurrentNode();
-  elements[element] = {static_cast<int>(locator->getLineNumber()),
-                       static_cast<int>(locator->getColumnNumber())};
-  if (!isEmpty) open.push_back(element);
+  if (!isEmpty) open.push_back({getCurrentNode(), currentPosition()});
 }
 
 void LenientParser::endElement(const xercesc::XMLElementDecl& declaration, unsigned int urlId,
                                bool isRoot, const XMLCh* prefix) {
   DocumentParser::endElement(declaration, urlId, isRoot, prefix);
-  const auto found = std::find(open.rbegin(), open.rend(), getCurrentNode());
+  const auto isCurrent = [this](const Open& entry) { return entry.element == getCurrentNode(); };
+  const auto found = std::find_if(open.rbegin(), open.rend(), isCurrent);
   if (found != open.rend()) open.erase(std::next(found).base(), open.end());
 }
 
@@ -144,6 +140,7 @@ void LenientParser::error(unsigned int code, const XMLCh* domain, ErrTypes type,
                           XMLFileLoc column) {
   Fault fault = faultOf(code, domain, type, text);
   fault.location = {xerces::transcode(systemId), static_cast<int>(line), static_cast<int>(column)};
+  if (fault.location.file.empty()) fault.location = {getFileName()};
   if (code == XMLErrs::ExpectedElementName && isConflictMark(fault.location)) {
     fault.message = xerces::transcode(text) + ": this line is the mark of an unresolved merge";
   }
@@ -157,7 +154,7 @@ void LenientParser::error(unsigned int code, const XMLCh* domain, ErrTypes type,
 void LenientParser::explainOpenTag(Fault& fault, unsigned int code) {
   if (code != XMLErrs::ExpectedEndOfTagX && code != XMLErrs::EndedWithTagsOnStack) return;
   if (open.empty()) return;
-  const Place place = elements[open.back()];
+  const xerces::Position place = open.back().position;
   fault.message += ": the start tag in line " + std::to_string(place.line) + " is still open";
   const auto isInside = [&](const Fault& other) {
     return other.kind == Fault::INVALID && std::tie(other.location.line, other.location.column) >
@@ -168,18 +165,15 @@ void LenientParser::explainOpenTag(Fault& fault, unsigned int code) {
 
 // An element that the grammar does not have gives up to three reports; the first one is enough.
 bool LenientParser::followsFromUnknownElement(const Fault& fault, unsigned int code) {
-  const std::size_t quote = fault.message.find('\'');
-  const std::string name =
-      fault.message.substr(quote + 1, fault.message.find('\'', quote + 1) - quote - 1);
   switch (code) {
     case xercesc::XMLValid::ElementNotDefined:
-      unknownElements.insert(name);
+      unknownElements.insert(fault.subject);
       lastUnknown = fault.location;
       return false;
     case xercesc::XMLValid::AttNotDefinedForElement:
       return fault.location.line == lastUnknown.line && fault.location.column == lastUnknown.column;
     case xercesc::XMLValid::ElementNotValidForContent:
-      return unknownElements.count(name) > 0;
+      return unknownElements.count(fault.subject) > 0;
     default:
       return false;
   }
@@ -188,6 +182,9 @@ bool LenientParser::followsFromUnknownElement(const Fault& fault, unsigned int c
 void LenientParser::parseFile(const std::string& name) {
   try {
     DocumentParser::parseFile(name);
+  } catch (const xerces::LocatedException& e) {
+    const xerces::Position at = e.getPosition();
+    faults.push_back({Fault::REFUSED, e.getReason(), {e.getFile(), at.line, at.column}});
   } catch (const xerces::Exception& e) {
     faults.push_back(refusal(name, e.what()));
   } catch (const xercesc::XMLException& e) {

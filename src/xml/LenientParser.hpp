@@ -4,7 +4,6 @@
 #define SRC_XML_LENIENTPARSER_HPP
 
 #include <string>
-#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -21,6 +20,7 @@ class LenientParser : public DocumentParser {
     Kind kind;
     std::string message;
     Location location;
+    std::string subject = {};  // the name that an invalid document is wrong about
   };
 
   using DocumentParser::DocumentParser;
@@ -33,7 +33,7 @@ class LenientParser : public DocumentParser {
   const std::vector<Fault>& getFaults() const { return faults; }
 
   // Where the start tag of element ends; of elements written as empty tags, where they do.
-  Location locationOf(const xercesc::DOMElement& element) const;
+  Location locationOf(const xercesc::DOMElement& element);
 
   // Whether the parse ended inside the element, so that part of its content may be missing.
   bool isOpen(const xercesc::DOMElement& element) const;
@@ -51,19 +51,19 @@ class LenientParser : public DocumentParser {
   void parseFile(const std::string& name) override;
 
  private:
-  struct Place {
-    int line;
-    int column;
+  struct Open {
+    const xercesc::DOMNode* element;
+    xerces::Position position;
   };
 
   void explainOpenTag(Fault& fault, unsigned int code);
   bool followsFromUnknownElement(const Fault& fault, unsigned int code);
 
   std::vector<Fault> faults;
-  std::unordered_set<std::string> unknownElements;  // that were reported
-  Location lastUnknown;                             // of the last such report
-  std::unordered_map<const xercesc::DOMNode*, Place> elements;
-  std::vector<const xercesc::DOMNode*> open;  // outermost first
+  std::unordered_set<std::string> unknownElements;         // that were reported
+  Location lastUnknown;                                    // of the last such report
+  std::vector<Open> open;                                  // elements, outermost first
+  std::unordered_set<const xercesc::DOMNode*> unfinished;  // those that stayed open
 };
 
 }  // namespace service::util::config::xml::internal

@@ -1,7 +1,9 @@
 #include "xml/documentCheck.hpp"
 
 #include <algorithm>
+#include <set>
 #include <tuple>
+#include <unordered_set>
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/framework/XMLGrammarPoolImpl.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
@@ -21,22 +23,25 @@ namespace service::util::config::xml::internal {
 
 namespace {
 
+using names::kindOf;
 using xercesc::DOMElement;
 using xercesc::DOMNode;
-using xercesc::XMLString;
 using Fault = LenientParser::Fault;
 
-bool isCalled(const DOMElement& element, const xerces::XmlString& name) {
-  return XMLString::equals(element.getLocalName(), name.c_str());
+// The first element in parent, entities included; null when there is none. How deep entities nest
+// is limited, so this may recurse.
+const DOMElement* firstElement(const DOMNode& parent) {
+  for (const DOMNode* node = parent.getFirstChild(); node != nullptr;
+       node = node->getNextSibling()) {
+    if (node->getNodeType() == DOMNode::ELEMENT_NODE) return static_cast<const DOMElement*>(node);
+    if (const DOMElement* element = firstElement(*node)) return element;
+  }
+  return nullptr;
 }
 
-// How deep entities nest is limited, so this may recurse.
-bool holdsElement(const DOMNode& entity) {
-  for (const DOMNode* node = entity.getFirstChild(); node != nullptr;
-       node = node->getNextSibling()) {
-    if (node->getNodeType() == DOMNode::ELEMENT_NODE || holdsElement(*node)) return true;
-  }
-  return false;
+bool isPadded(const std::string& text) {
+  const auto isSpace = [](char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; };
+  return !text.empty() && (isSpace(text.front()) || isSpace(text.back()));
 }
 
 std::string quoted(const std::string& text) {
@@ -46,19 +51,21 @@ std::string quoted(const std::string& text) {
 // The walk over one document. It goes on where a load stops, and otherwise takes the same steps.
 class DocumentCheck {
  public:
-  DocumentCheck(const LenientParser& parser, const SchemeList& schemes, bool validate)
+  DocumentCheck(LenientParser& parser, const SchemeList& schemes, bool validate)
       : parser(parser), schemes(schemes), validate(validate) {}
 
   DocumentFindings run(const xercesc::DOMDocument* document) {
     const DOMElement* root = document == nullptr ? nullptr : document->getDocumentElement();
     addFaults(root);
     if (root != nullptr) {
-      if (!isCalled(*root, names::config)) {
+      if (!isConfig(*root)) {
         add(*root, "wrong-root",
             "the root element is " + quoted(xerces::transcode(root->getLocalName())) +
                 "; that of a configuration is \"config\"");
       }
       checkContent(*root);
+    } else {
+      findings.parents.emplace_back();
     }
     const auto byPlace = [](const Problem& a, const Problem& b) {
       return std::tie(a.location.line, a.location.column) <
@@ -69,12 +76,19 @@ class DocumentCheck {
   }
 
  private:
+  using Place = std::pair<int, int>;
+
+  static bool isConfig(const DOMElement& root) {
+    return xercesc::XMLString::equals(root.getLocalName(), names::config.c_str());
+  }
+
   void addFaults(const DOMElement* root) {
     const bool isForeign = validate && root != nullptr && !isInKnownNamespace(*root, schemes);
-    const bool isWrongRoot = root != nullptr && !isCalled(*root, names::config);
+    const bool isWrongRoot = root != nullptr && !isConfig(*root);
+    const Place rootPlace = root == nullptr ? Place() : placeOf(parser.locationOf(*root));
     for (const Fault& fault : parser.getFaults()) {
       // What is invalid because the root or its namespace is wrong, is not told besides that.
-      const bool follows = isForeign || (isWrongRoot && isAt(fault.location, *root));
+      const bool follows = isForeign || (isWrongRoot && placeOf(fault.location) == rootPlace);
       if (fault.kind != Fault::INVALID || !follows) addFault(fault);
     }
     if (!isForeign) return;
@@ -87,12 +101,14 @@ class DocumentCheck {
 
   void addFault(const Fault& fault) {
     const auto addAs = [&](Severity severity, const char* rule) {
-      findings.problems.push_back({severity, rule, fault.message, "", fault.location, {}});
+      findings.problems.push_back(
+          {severity, rule, fault.message, fault.subject, fault.location, {}});
     };
     switch (fault.kind) {
       case Fault::WARNING:
         return addAs(Severity::WARNING, "xml");
       case Fault::INVALID:
+        invalidPlaces.insert(placeOf(fault.location));
         return addAs(Severity::ERROR, "invalid");
       case Fault::NOT_WELL_FORMED:
         return addAs(Severity::ERROR, "not-well-formed");
@@ -107,67 +123,84 @@ class DocumentCheck {
   void checkContent(const DOMElement& root) {
     std::vector<const DOMElement*> sections = {&root};
     while (!sections.empty()) {
-      const DOMElement& section = *sections.back();
+      const DOMElement& parent = *sections.back();
       sections.pop_back();
-      const auto first = static_cast<std::ptrdiff_t>(sections.size());
-      for (const DOMNode* node = section.getFirstChild(); node != nullptr;
-           node = node->getNextSibling()) {
-        if (node->getNodeType() == DOMNode::ENTITY_REFERENCE_NODE) checkEntity(*node, section);
-        if (node->getNodeType() != DOMNode::ELEMENT_NODE) continue;
-        const auto& element = static_cast<const DOMElement&>(*node);
-        checkChild(element);
-        if (isCalled(element, names::section)) sections.push_back(&element);
+      const std::size_t first = sections.size();
+      checkChildren(parent, sections);
+      std::reverse(sections.begin() + static_cast<std::ptrdiff_t>(first), sections.end());
+    }
+  }
+
+  // Appends the sections in parent to the list.
+  void checkChildren(const DOMElement& parent, std::vector<const DOMElement*>& sections) {
+    std::vector<NamedSection> named;
+    std::unordered_set<std::string> known;
+    const std::size_t includesBefore = findings.includes.size();
+    for (const DOMNode* node = parent.getFirstChild(); node != nullptr;
+         node = node->getNextSibling()) {
+      if (node->getNodeType() == DOMNode::ENTITY_REFERENCE_NODE) checkEntity(*node, parent);
+      if (node->getNodeType() != DOMNode::ELEMENT_NODE) continue;
+      const auto& element = static_cast<const DOMElement&>(*node);
+      checkChild(element);
+      if (kindOf(element) != ElementKind::SECTION) continue;
+      sections.push_back(&element);
+      const std::string name = xerces::transcode(element.getAttribute(names::name.c_str()));
+      if (!name.empty() && known.insert(name).second) {
+        named.push_back({name, positionOf(element)});
       }
-      std::reverse(sections.begin() + first, sections.end());
+    }
+    if (findings.parents.empty() || findings.includes.size() > includesBefore) {
+      findings.parents.push_back(std::move(named));
     }
   }
 
   void checkChild(const DOMElement& element) {
-    if (isCalled(element, names::section)) {
-      checkName(element, "section");
-    } else if (isCalled(element, names::property)) {
-      checkName(element, "property");
-      checkText(element, "property");
-    } else if (isCalled(element, names::include)) {
-      checkInclude(element);
-    } else if (!validate) {  // which tells of them by itself
-      const std::string name = xerces::transcode(element.getLocalName());
-      add(element, "unknown-element",
-          "element " + quoted(name) + " is ignored; only property, section and include are read",
-          Severity::WARNING, name);
-    }
+    const auto kind = kindOf(element);
+    if (kind == ElementKind::SECTION) checkName(element, "section");
+    if (kind == ElementKind::PROPERTY) checkValue(element, checkName(element, "property"));
+    if (kind == ElementKind::INCLUDE) checkInclude(element);
+    if (kind || validate) return;  // which tells of them by itself
+    const std::string name = xerces::transcode(element.getLocalName());
+    add(element, "unknown-element",
+        "element " + quoted(name) + " is ignored; only property, section and include are read",
+        Severity::WARNING, name);
   }
-
   void checkEntity(const DOMNode& entity, const DOMElement& section) {
-    if (!holdsElement(entity)) return;
+    if (firstElement(entity) == nullptr) return;
     const std::string name = xerces::transcode(entity.getNodeName());
     add(section, "entity-element",
         "the elements that the entity " + quoted(name) + " stands for in here are not read",
         Severity::WARNING, name);
   }
 
-  void checkName(const DOMElement& element, const std::string& kind) {
+  // Answers with the name; the empty one when there is none.
+  std::string checkName(const DOMElement& element, const std::string& kind) {
     std::string name;
     try {
       name = xerces::mandatoryAttribute(element, names::name);
     } catch (const xerces::Exception&) {
       const bool isEmpty = element.hasAttribute(names::name.c_str());
       // The grammar requires the names of sections only.
-      if (!isEmpty && isCalled(element, names::section) && isReportedInvalid(element)) return;
-      add(element, "missing-name",
-          isEmpty ? "the name of this " + kind + " is empty"
-                  : "this " + kind + " has no attribute \"name\"");
-      return;
+      const bool isReported = kind == "section" && isReportedInvalid(element);
+      if (isEmpty || !isReported) {
+        add(element, "missing-name",
+            isEmpty ? "the name of this " + kind + " is empty"
+                    : "this " + kind + " has no attribute \"name\"");
+      }
+      return "";
     }
-    if (isSelectable(name)) return;
-    add(element, "unreachable-name",
-        "no selector can spell " + quoted(name) + ": it takes ASCII letters and digits only",
-        Severity::WARNING, name);
+    if (!isSelectable(name)) {
+      add(element, "unreachable-name",
+          "no selector can spell " + quoted(name) + ": it takes ASCII letters and digits only",
+          Severity::WARNING, name);
+    }
+    return name;
   }
 
   // Answers with the text; the empty one when there is none.
   std::string checkText(const DOMElement& element, const std::string& kind) {
     if (parser.isOpen(element)) return "";
+    checkIgnored(element, kind);
     try {
       return xerces::textContent(element);
     } catch (const xerces::Exception&) {
@@ -176,22 +209,39 @@ class DocumentCheck {
     }
   }
 
+  // Validation tells of elements in a text by itself.
+  void checkIgnored(const DOMElement& element, const std::string& kind) {
+    const DOMElement* ignored = validate ? nullptr : firstElement(element);
+    if (ignored == nullptr) return;
+    const std::string name = xerces::transcode(ignored->getLocalName());
+    const bool isChild = ignored->getParentNode() == &element;
+    add(isChild ? *ignored : element, "unknown-element",
+        "element " + quoted(name) + " in this " + kind + " is ignored, but its text is read",
+        Severity::WARNING, name);
+  }
+
+  void checkValue(const DOMElement& element, const std::string& name) {
+    if (!isPadded(checkText(element, "property"))) return;
+    add(element, "padded-value", "the white space at the ends of this text is part of the value",
+        Severity::WARNING, name);
+  }
+
   void checkInclude(const DOMElement& element) {
     const std::string text = checkText(element, "include");
-    if (!text.empty()) findings.includes.push_back({text, parser.locationOf(element)});
+    if (text.empty()) return;
+    findings.includes.push_back({text, positionOf(element), findings.parents.size()});
   }
 
   // Whether validation has found fault with the start tag of element.
-  bool isReportedInvalid(const DOMElement& element) const {
-    const auto isReport = [&](const Problem& problem) {
-      return problem.rule == "invalid" && isAt(problem.location, element);
-    };
-    return std::any_of(findings.problems.begin(), findings.problems.end(), isReport);
+  bool isReportedInvalid(const DOMElement& element) {
+    return invalidPlaces.count(placeOf(parser.locationOf(element))) > 0;
   }
 
-  bool isAt(const Location& location, const DOMElement& element) const {
-    const Location here = parser.locationOf(element);
-    return location.line == here.line && location.column == here.column;
+  static Place placeOf(const Location& location) { return {location.line, location.column}; }
+
+  xerces::Position positionOf(const DOMElement& element) {
+    const Location location = parser.locationOf(element);
+    return {location.line, location.column};
   }
 
   void add(const DOMElement& element, const char* rule, const std::string& message,
@@ -199,9 +249,10 @@ class DocumentCheck {
     findings.problems.push_back({severity, rule, message, subject, parser.locationOf(element), {}});
   }
 
-  const LenientParser& parser;
+  LenientParser& parser;
   const SchemeList& schemes;
   bool validate;
+  std::set<Place> invalidPlaces;
   DocumentFindings findings;
 };
 

@@ -7,17 +7,27 @@
 #include <xercesc/framework/XMLGrammarPool.hpp>
 
 #include "service/util/config/xml/check.hpp"
+#include "xerces/Position.hpp"
 
 namespace service::util::config::xml::internal {
 
 struct Include {
   std::string text;
-  Location location;
+  xerces::Position position;
+  std::size_t parent;  // which of the parents it stands in
+};
+
+// The first section of its name in its parent.
+struct NamedSection {
+  std::string name;
+  xerces::Position position;
 };
 
 struct DocumentFindings {
   std::vector<Problem> problems;  // by line; without include chains
   std::vector<Include> includes;  // in the order in which a load follows them
+  // The sections in each element that has includes; the first one is the root element, always.
+  std::vector<std::vector<NamedSection>> parents;
 };
 
 // Reads the file, by its full name. grammars: null to check without validation, otherwise a pool

@@ -13,7 +13,6 @@
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/framework/XMLGrammarPoolImpl.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
-#include <xercesc/util/XMLString.hpp>
 
 #include "cppUtil/err/Exception.hpp"
 #include "cppUtil/err/guarded.hpp"
@@ -53,7 +52,6 @@ using locator::ConfigLocator;
 using xercesc::DOMElement;
 using xercesc::DOMNode;
 using xercesc::XMLPlatformUtils;
-using xercesc::XMLString;
 
 // The signatures that failures are reported with, whatever version of the XML library is in use.
 constexpr const char* createSignature =
@@ -129,11 +127,8 @@ class DomElement::Children {
          node = node->getNextSibling()) {
       if (node->getNodeType() != DOMNode::ELEMENT_NODE) continue;
       const auto* element = static_cast<const DOMElement*>(node);
-      for (const ElementKind kind :
-           {ElementKind::PROPERTY, ElementKind::INCLUDE, ElementKind::SECTION}) {
-        if (XMLString::equals(element->getLocalName(), nameOf(kind).c_str())) {
-          elements[static_cast<std::size_t>(kind)].emplace_back(*element);
-        }
+      if (const auto kind = names::kindOf(*element)) {
+        elements[static_cast<std::size_t>(*kind)].emplace_back(*element);
       }
     }
   }

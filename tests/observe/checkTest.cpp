@@ -42,14 +42,19 @@ TEST(CheckTest, ReadsAPartThatComesAgainOnce) {
   const TemporaryFolder folder;
   writeChain(folder, 60, 2);
   EXPECT_EQ(problemsOf(folder, "0.xml"),
-            "{T}/60.xml:1: this property has no text [missing-value], 60 includes\n");
+            "{T}/60.xml:1: this property has no text [missing-value], 60 includes\n"
+            "{T}/0.xml:0: too many files: a load reads each as often as it is included, and 100000 "
+            "times at most [unloadable], 0 includes\n");
 }
 
 TEST(CheckTest, NeedsNoStackForIncludes) {
   const TemporaryFolder folder;
   writeChain(folder, 500, 1);
-  EXPECT_EQ(problemsOf(folder, "0.xml"),
-            "{T}/500.xml:1: this property has no text [missing-value], 500 includes\n");
+  EXPECT_EQ(
+      problemsOf(folder, "0.xml"),
+      "{T}/99.xml:1: this file is included through 100 others: a load needs stack for each, and "
+      "fails where that ends [deep-includes], 99 includes\n"
+      "{T}/500.xml:1: this property has no text [missing-value], 100 includes\n");
 }
 
 TEST(CheckTest, TellsOfNamesThatLeadNowhere) {
@@ -61,6 +66,12 @@ TEST(CheckTest, TellsOfNamesThatLeadNowhere) {
       problemsOf(folder, "a.xml\n"),
       "a.xml\n:0: no readable file \"a.xml\n\" in {T}; white space around the name is part of "
       "it [not-found], 0 includes\n");
+  folder.write("long.xml", "<config><include>none</include></config>");
+  setSearchPath({"/1", "/2", "/3", "/4", "/5", "/6", "/7", "/8", "/9", folder.path});
+  EXPECT_EQ(xml::check("long.xml", {}, false)[0].message, "no readable file \"none\" in " +
+                                                              folder.path.string() +
+                                                              ", /1, /2, /3, /4, /5, /6, /7, "
+                                                              "and 2 more");
 }
 
 TEST(CheckTest, TellsWhatTheLoaderRefuses) {

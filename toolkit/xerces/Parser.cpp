@@ -170,9 +170,10 @@ void Parser::endElement(const xercesc::XMLElementDecl& declaration, unsigned int
   DOMNode* element = getCurrentNode();
   if (element->hasChildNodes()) return;
 
+  // The newest place is that of this element, which has no children.
   const Position here = currentPosition();
   if (places == Places::IN_TABLE) {
-    if (!table.empty() && table.back().position == here) table.pop_back();
+    if (!table.empty() && table.back().position == here) table.back().isEmptyTag = true;
   } else if (!tags.empty() && Position{tags.back()->line, tags.back()->column} == here) {
     element->setUserData(LOCATION_TAG_KEY, nullptr, nullptr);
     delete tags.back();
@@ -194,7 +195,7 @@ Parser::LocationTag* Parser::attachTag(const Place& place) {
   return tag.release();
 }
 
-Parser::LocationTag* Parser::tagFromTable(const DOMNode* node) {
+const Parser::Place* Parser::findPlace(const DOMNode* node) {
   const auto isBefore = [](const Place& left, const Place& right) {
     return left.node < right.node;
   };
@@ -202,7 +203,17 @@ Parser::LocationTag* Parser::tagFromTable(const DOMNode* node) {
   isTableSorted = true;
   const Place wanted = {const_cast<DOMNode*>(node), {}};
   const auto found = std::lower_bound(table.begin(), table.end(), wanted, isBefore);
-  return found == table.end() || found->node != node ? nullptr : attachTag(*found);
+  return found == table.end() || found->node != node ? nullptr : &*found;
+}
+
+Parser::LocationTag* Parser::tagFromTable(const DOMNode* node) {
+  const Place* place = findPlace(node);
+  return place == nullptr || place->isEmptyTag ? nullptr : attachTag(*place);
+}
+
+Position Parser::positionOf(const DOMNode* node) {
+  const Place* place = findPlace(node);
+  return place == nullptr ? Position() : place->position;
 }
 
 // Just behind what was read last.

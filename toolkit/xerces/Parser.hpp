@@ -94,15 +94,23 @@ class Parser : public xercesc::XercesDOMParser {
   // How parseDoc reads the file.
   virtual void parseFile(const std::string& name);
 
+  // Where the parse stands now.
+  Position currentPosition() const;
+
+  // Where the start tag of an element ends, or the element itself when it is written as an empty
+  // tag. For places in a table only; nothing for nodes that are not of the last parse.
+  Position positionOf(const xercesc::DOMNode* node);
+
  private:
   struct Place {
     xercesc::DOMNode* node;
     Position position;
+    bool isEmptyTag = false;  // then there is no tag
   };
 
-  Position currentPosition() const;
   void keepDocument();
   LocationTag* attachTag(const Place& place);
+  const Place* findPlace(const xercesc::DOMNode* node);
   LocationTag* tagFromTable(const xercesc::DOMNode* node);
 
   ErrorHandler errorHandler;

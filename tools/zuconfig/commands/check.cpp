@@ -29,7 +29,8 @@ struct Check {
     command.add_option("--ignore", ignored, "Leave out the warnings of RULE; repeatable")
         ->type_name("RULE")
         ->allow_extra_args(false)
-        ->check(CLI::IsMember({"entity-element", "shadowed-file", "unknown-element",
+        ->check(CLI::IsMember({"deep-includes", "entity-element", "not-on-path", "padded-value",
+                               "repeated-section", "shadowed-file", "unknown-element",
                                "unreachable-name", "unread-end", "xml"}));
     command.add_option("FILE", files, "Configuration files; - is standard input")->required();
   }
@@ -41,7 +42,11 @@ struct Check {
     std::vector<Finding> findings;
     std::set<Key> known;
     for (const std::string& file : files) {
-      for (const Problem& problem : loader.check(loader.resolve(file))) {
+      std::vector<Problem> problems;
+      const std::string resolved = loader.resolve(file);
+      if (loader.isOffPath(file)) problems.push_back(offPath(file, resolved));
+      for (Problem& problem : loader.check(resolved)) problems.push_back(std::move(problem));
+      for (const Problem& problem : problems) {
         if (isWanted(problem, known)) findings.push_back(describe(problem, names, source));
       }
     }
@@ -57,6 +62,16 @@ struct Check {
 
  private:
   using Key = std::tuple<std::string, int, int, std::string>;
+
+  static Problem offPath(const std::string& file, const std::string& resolved) {
+    return {
+        Severity::WARNING,
+        "not-on-path",
+        "this is not on the search path: a program that asks for \"" + file + "\" does not find it",
+        file,
+        {resolved},
+        {}};
+  }
 
   // What several of the files include is not told of again.
   bool isWanted(const Problem& problem, std::set<Key>& known) const {

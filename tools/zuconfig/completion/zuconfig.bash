@@ -18,7 +18,8 @@ _zuconfig_choices() {  # COMMAND [OPTION]
     check:) choices=(-I --format --help --ignore --no-validate --schema --strict --validate) ;;
     check:--format) choices=(json sarif text) ;;
     check:--ignore)
-      choices=(entity-element shadowed-file unknown-element unreachable-name unread-end xml)
+      choices=(deep-includes entity-element not-on-path padded-value repeated-section shadowed-file
+        unknown-element unreachable-name unread-end xml)
       ;;
     diff:) choices=(-I --help --null --schema --validate) ;;
     dump:) choices=(-I --format --help --null --prefix --schema --validate) ;;

@@ -135,10 +135,13 @@ std::string Loader::resolve(const std::string& file) {
   const std::string& currentDirectory = names.getCurrentDirectory();
   if (startsWith(file, "./")) return currentDirectory + file.substr(2);
   if (startsWith(file, "../")) return currentDirectory + file;
-  if (ConfigLocator::find(file).empty() && !ConfigLocator::find(currentDirectory + file).empty()) {
-    return currentDirectory + file;
-  }
-  return file;
+  return isOffPath(file) ? currentDirectory + file : file;
+}
+
+bool Loader::isOffPath(const std::string& file) const {
+  return file != "-" && !startsWith(file, "./") && !startsWith(file, "../") &&
+         ConfigLocator::find(file).empty() &&
+         !ConfigLocator::find(names.getCurrentDirectory() + file).empty();
 }
 
 IConfigPtr Loader::load(const std::string& file) {

@@ -44,6 +44,9 @@ class Loader {
   // path, then in the current directory; "-" is standard input, which is read whole.
   std::string resolve(const std::string& file);
 
+  // Whether the file is found in the current directory only, where a program would not look for it.
+  bool isOffPath(const std::string& file) const;
+
   // Both print all that is wrong to standard error when the load fails, as check does, and then
   // throw Failure.
   IConfigPtr load(const std::string& file);

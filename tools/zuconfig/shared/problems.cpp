@@ -9,13 +9,6 @@ namespace zuconfig {
 
 namespace {
 
-// The first text in single quotes, as the XML library puts names.
-std::string quotedName(const std::string& message) {
-  const std::size_t start = message.find('\'');
-  const std::size_t end = start == message.npos ? start : message.find('\'', start + 1);
-  return end == message.npos ? "" : message.substr(start + 1, end - start - 1);
-}
-
 std::string suggestion(const Problem& problem) {
   const std::vector<std::string> elements = {"property", "section", "include", "config"};
   const std::vector<std::string> attributes = {"name", "version"};
@@ -28,7 +21,7 @@ std::string suggestion(const Problem& problem) {
   }
   if (problem.rule == "unknown-element") return didYouMean(nearest(problem.subject, elements));
   if (problem.rule != "invalid") return "";
-  const std::string name = quotedName(problem.message);
+  const std::string& name = problem.subject;
   if (problem.message.find("element 'include'") != problem.message.npos) {
     return "; the text of an include is the name of the file";
   }
@@ -70,7 +63,8 @@ std::string moveToCause(Finding& finding, SourceText& source) {
 Finding describe(const Problem& problem, const FileNames& names, SourceText& source) {
   Finding finding = {problem, source.rangeOf(problem.location)};
   std::string message = names.shownText(problem.message);
-  const bool isAboutFiles = problem.rule == "include-cycle" || problem.rule == "shadowed-file";
+  const bool isAboutFiles = problem.rule == "include-cycle" || problem.rule == "shadowed-file" ||
+                            problem.rule == "repeated-section";
   if (isAboutFiles) message = names.shortened(message);
   finding.problem.message = printable(message) + suggestion(problem) + moveToCause(finding, source);
   return finding;

@@ -2,16 +2,11 @@
 
 #include <cutil/cutil.h>
 #include <locator/locator.h>
-#include <sys/stat.h>
 
-#include <filesystem>
 #include <memory>
-#include <set>
-#include <system_error>
-#include <unordered_set>
-#include <utility>
 
 #include "cppUtil/err/platformCall.hpp"
+#include "service/util/locator/SearchOrder.hpp"
 
 // Platform libraries need not have these, which are null then.
 #pragma weak cu_SearchPath_copy
@@ -24,21 +19,6 @@ namespace service::util::locator {
 namespace {
 
 using cppUtil::err::checkPlatformCall;
-
-// The absolute name that a look-up of name in directory arrives at; the empty one, which is never
-// found, when the current directory is gone.
-std::string join(const std::string& directory, const std::string& name) {
-  const bool needsSlash = !directory.empty() && directory.back() != '/';
-  std::string joined = directory + (needsSlash ? "/" : "") + name;
-  if (!joined.empty() && joined.front() == '/') return joined;
-  std::error_code ignored;
-  const std::string current = std::filesystem::current_path(ignored);
-  if (current.empty()) return "";
-  return current + (current == "/" ? "" : "/") + joined;
-}
-
-// Tells files apart, however they are named.
-using Identity = std::pair<dev_t, ino_t>;
 
 struct Delete {
   void operator()(cu_String* text) const noexcept { cu_String_delete(&text); }
@@ -74,25 +54,7 @@ std::string ConfigLocator::find(const std::string& name) {
 }
 
 std::vector<ConfigLocator::Match> ConfigLocator::findAll(const std::string& name) {
-  std::vector<Match> matches;
-  std::set<Identity> found;
-  const auto look = [&](const std::string& directory, const std::string& nameThere) {
-    const std::string file = find(nameThere);
-    struct stat status {};
-    if (file.empty() || ::stat(file.c_str(), &status) != 0) return;
-    if (found.emplace(status.st_dev, status.st_ino).second) matches.push_back({directory, file});
-  };
-  if (name.empty()) return matches;
-  if (name.front() == '/' || !tellsEntries()) {
-    look("", name);
-    return matches;
-  }
-  std::unordered_set<std::string> seen;  // nested files put the same directories on the path often
-  for (const std::string& directory : getEntries()) {
-    // The platform judges what a match is; it looks at an absolute name by itself.
-    if (seen.insert(directory).second) look(directory, join(directory, name));
-  }
-  return matches;
+  return SearchOrder().findAll(name);
 }
 
 bool ConfigLocator::tellsEntries() noexcept {

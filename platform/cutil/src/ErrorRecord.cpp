@@ -29,7 +29,9 @@ std::uint32_t Call::fail(cu_GenericCode code, const char* description, int syste
   record.line = line;
   record.file = file;
   record.function = function;
-  std::snprintf(record.description, sizeof record.description, "%s", description);
+  // With its size, so that the compiler knows that cutting is meant.
+  std::snprintf(record.description, sizeof record.description, "%.*s",
+                static_cast<int>(sizeof record.description) - 1, description);
   return code;
 }
 

@@ -15,6 +15,11 @@ target_sources(zuUtilConfig PUBLIC FILE_SET HEADERS
   FILES
     include/service/util/config/IConfig.hpp
     include/service/util/config/Select.hpp
+    include/service/util/config/bind.hpp
+    include/service/util/config/bind/Fields.hpp
+    include/service/util/config/bind/Overrides.hpp
+    include/service/util/config/bind/tables.hpp
+    include/service/util/config/bind/values.hpp
     include/service/util/config/grammar/getGrammar.hpp
     include/service/util/config/internal/Config.hpp
     include/service/util/config/internal/Section.hpp

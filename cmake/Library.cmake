@@ -56,12 +56,26 @@ add_library(zuUtilConfigObjects OBJECT
   toolkit/xerces/LocatedException.cpp
   toolkit/xerces/Parser.cpp
   toolkit/xerces/dom.cpp
+  src/bind/Description.cpp
+  src/bind/Findings.cpp
+  src/bind/Path.cpp
+  src/bind/Precedence.cpp
+  src/bind/Reader.cpp
+  src/bind/bind.cpp
+  src/bind/elsewhere.cpp
+  src/bind/environment.cpp
+  src/bind/readSections.cpp
+  src/bind/report.cpp
+  src/bind/soundness.cpp
+  src/bind/units.cpp
+  src/bind/values.cpp
   src/load/Load.cpp
   src/load/LoadEvents.cpp
   src/load/SearchedFirst.cpp
   src/load/describeFile.cpp
   src/load/observer.cpp
   src/load/origins.cpp
+  src/model/Contents.cpp
   src/model/config.cpp
   src/model/section.cpp
   src/model/select.cpp

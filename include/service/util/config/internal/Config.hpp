@@ -37,6 +37,8 @@ class ZU_EXPORT Config : public IConfig {
   std::vector<std::string> getSectionNames() const;
 
  private:
+  friend class Contents;  // sees all of it at once
+
   ZU_NO_EXPORT const IConfigPtr& findSection(const std::string& name, std::uint32_t index) const;
   ZU_NO_EXPORT void leaveSections(std::vector<IConfigPtr>& left);
 

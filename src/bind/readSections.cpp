@@ -1,0 +1,162 @@
+// The part of Reader that goes down into sections.
+
+#include <cutil/cutil.h>
+
+#include <algorithm>
+#include <map>
+
+#include "bind/Reader.hpp"
+#include "cppUtil/err/Exception.hpp"
+#include "cppUtil/internal/stackLeft.hpp"
+#include "cppUtil/internal/text.hpp"
+
+namespace service::util::config::bind::internal {
+
+namespace {
+
+using xml::Severity;
+
+// What must be left of the stack to go into one more section: a description may hold itself.
+constexpr std::size_t neededStack = 64UL * 1024;
+
+std::string pathOf(const std::string& path, const Occurrence& section) {
+  return extended(path, *section.name, section.index, section.count);
+}
+
+}  // namespace
+
+Reader::Level Reader::below(const Level& level, const Row& row, Occurrences sections) const {
+  const Description& description = row.below();
+  Level below = {description,
+                 nullptr,
+                 extended(level.path, row.name),
+                 {},
+                 level.place,
+                 prefixBelow(description, level.variablePrefix, row.name),
+                 {},
+                 row.isOpen || description.isOpen,
+                 nullptr};
+  for (const Occurrence& section : sections) below.parts.push_back(*section.section);
+  if (sections.size() == 1) below.path = extended(level.path, *sections.front().name);
+  if (!sections.empty()) below.place = precedence.placeOf(precedence.nearest(sections));
+  return below;
+}
+
+void Reader::readSection(Level& level, std::size_t at) {
+  const Row& row = *level.description.rows[at];
+  const Occurrences found = level.found(at);
+  tellRepeated(level, at);
+  Level below = this->below(level, row, found);
+  if (!level.assigned.empty()) below.assignments = level.assigned[at];
+  for (Assignment& assignment : below.assignments) ++assignment.depth;
+  if (found.empty() && below.assignments.empty() &&
+      !hasVariable(below.description, below.variablePrefix)) {
+    if (tellMissing(level, at) || row.isOptional) return;
+  }
+  below.object = valueIn(row, level.object);
+  if (!level.places.empty()) level.places[at] = below.place;
+  readLevel(below);
+}
+
+void Reader::readSections(Level& level, std::size_t at) {
+  const Row& row = *level.description.rows[at];
+  const Elements elements = elementsOf(level, at);
+  if (!level.assigned.empty()) {
+    for (const Assignment& assignment : level.assigned[at]) {
+      const auto& part = assignment.override->first[assignment.depth];
+      if (part.index.value_or(0) >= elements.size())
+        tellUnfit(assignment, "there is no such section");
+    }
+  }
+  if (elements.empty()) {
+    tellMissing(level, at);
+    return;
+  }
+  if (!level.places.empty()) level.places[at] = precedence.placeOf(elements.front().front());
+  const auto& last = elements[std::min<std::size_t>(row.most, elements.size() - 1)];
+  tellCount(level, at, elements.size(), precedence.placeOf(last.front()));
+  if (level.object != nullptr) row.member.holder->clear(row.in(level.object));
+  for (std::size_t index = 0; index < elements.size(); ++index) {
+    const auto fill = [&](void* object) {
+      readElement(level, at, elements, index, object);
+      return row.isKeyed && object != nullptr ? row.key().in(object) : nullptr;
+    };
+    if (level.object == nullptr) {
+      fill(nullptr);
+      continue;
+    }
+    Filling filling(fill);
+    if (row.member.holder->append(row.in(level.object), filling)) continue;
+    const Occurrence& section = elements[index].front();
+    findings.add(Severity::ERROR, "duplicate-key", pathOf(level.path, section),
+                 "its " + row.key().name + " is that of another section, too",
+                 precedence.placeOf(section));
+  }
+}
+
+void Reader::readElement(const Level& level, std::size_t at, const Elements& elements,
+                         std::size_t index, void* object) {
+  if (cppUtil::internal::stackLeft() < neededStack) {
+    throw cppUtil::err::Exception(CU_INVALID_ARGUMENT, 0, "src/bind",
+                                  "void service::util::config::bind::internal::Reader::read()",
+                                  __LINE__, "sections nested too deeply for the stack");
+  }
+  const Row& row = *level.description.rows[at];
+  Level below = this->below(level, row, elements[index]);
+  below.path = extended(level.path, row.name, static_cast<std::uint32_t>(index),
+                        static_cast<std::uint32_t>(elements.size()));
+  below.object = object;
+  below.variablePrefix.clear();
+  if (row.isKeyed) below.key = &row.key();
+  if (!level.assigned.empty()) {
+    for (Assignment assignment : level.assigned[at]) {
+      const auto& part = assignment.override->first[assignment.depth++];
+      if (part.index.value_or(0) == index) below.assignments.push_back(assignment);
+    }
+  }
+  readLevel(below);
+}
+
+// Sections of one key are one element, unless they stand in the same file.
+Reader::Elements Reader::elementsOf(const Level& level, std::size_t at) {
+  const Row& row = *level.description.rows[at];
+  Elements groups;
+  std::map<std::string, std::size_t> known;  // the group of each key
+  for (const Occurrence& section : level.found(at)) {
+    const std::string key = row.isKeyed ? keyOf(row, section) : "";
+    const auto [same, isNew] = known.emplace(key, groups.size());
+    if (key.empty() || isNew) {
+      groups.push_back({section});
+      continue;
+    }
+    std::vector<Occurrence>& group = groups[same->second];
+    const auto twin = std::find_if(group.begin(), group.end(), [&](const Occurrence& other) {
+      return precedence.isInOneFile(section, other);
+    });
+    if (twin == group.end()) {
+      group.push_back(section);
+      continue;
+    }
+    const int line = precedence.placeOf(*twin).location.line;
+    findings.add(
+        Severity::ERROR, "duplicate-key", pathOf(level.path, section),
+        "its " + row.key().name + " " + cppUtil::internal::quoted(key) + " is that of " +
+            (line > 0 ? "the section in line " + std::to_string(line) : "another section") +
+            ", too",
+        precedence.placeOf(section));
+  }
+  return groups;
+}
+
+std::string Reader::keyOf(const Row& row, const Occurrence& section) const {
+  const Row& key = row.key();
+  const config::internal::Contents contents(*section.section);
+  std::vector<Occurrence> found;
+  findIn(*section.section, contents.properties(), key.name, found);
+  for (const std::string& former : key.formerNames) {
+    findIn(*section.section, contents.properties(), former, found);
+  }
+  return found.empty() ? "" : canonical(key.value, *precedence.nearest(found).value);
+}
+
+}  // namespace service::util::config::bind::internal

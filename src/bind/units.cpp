@@ -1,0 +1,64 @@
+#include <numeric>
+
+#include "bind/values.hpp"
+
+namespace service::util::config::bind::internal {
+
+namespace {
+
+const std::vector<Unit>& times() {
+  static const std::vector<Unit> units = {{"ns", 1, 1'000'000'000}, {"us", 1, 1'000'000},
+                                          {"ms", 1, 1000},          {"s", 1, 1},
+                                          {"min", 60, 1},           {"h", 3600, 1}};
+  return units;
+}
+
+const std::vector<Unit>& sizes() {
+  static const std::vector<Unit> units = {
+      {"B", 1, 1},           {"kB", 1000, 1},       {"MB", 1'000'000, 1}, {"GB", 1'000'000'000, 1},
+      {"KiB", 1LL << 10, 1}, {"MiB", 1LL << 20, 1}, {"GiB", 1LL << 30, 1}};
+  return units;
+}
+
+// The product, unless it has more than 64 bits.
+std::optional<std::uint64_t> product(std::uint64_t a, std::uint64_t b) {
+  std::uint64_t result = 0;
+  if (__builtin_mul_overflow(a, b, &result)) return std::nullopt;
+  return result;
+}
+
+}  // namespace
+
+std::optional<Number> inUnit(const ValueRules& rules, const Number& number, const Unit& unit) {
+  const auto numerator = static_cast<std::uint64_t>(unit.numerator);
+  const auto denominator = static_cast<std::uint64_t>(unit.denominator);
+  // The unit in that of the type is (numerator / of) * (per / denominator), both in lowest terms.
+  const auto of = static_cast<std::uint64_t>(rules.numerator);
+  const auto per = static_cast<std::uint64_t>(rules.denominator);
+  if (rules.isFloating) {
+    return Number::floatingOf(number.floating * static_cast<long double>(numerator) /
+                              static_cast<long double>(denominator) *
+                              static_cast<long double>(per) / static_cast<long double>(of));
+  }
+  const auto factor =
+      product(numerator / std::gcd(numerator, of), per / std::gcd(per, denominator));
+  const auto divisor =
+      product(denominator / std::gcd(per, denominator), of / std::gcd(numerator, of));
+  if (!factor || !divisor || number.magnitude % *divisor != 0) return std::nullopt;
+  const auto magnitude = product(number.magnitude / *divisor, *factor);
+  if (!magnitude) return std::nullopt;
+  return Number::whole(number.isNegative, *magnitude);
+}
+
+std::vector<Unit> unitsOf(const ValueRules& rules) {
+  if (rules.kind == Kind::BYTES) return sizes();
+  if (rules.isFloating) return times();
+  std::vector<Unit> units;
+  for (const Unit& unit : times()) {
+    if (inUnit(rules, Number::of(1), unit)) units.push_back(unit);
+  }
+  if (units.empty()) units.push_back(times().back());  // of days, say, as many hours as make some
+  return units;
+}
+
+}  // namespace service::util::config::bind::internal

@@ -1,9 +1,15 @@
-# What `cmake --install` gives: the public headers, the libraries, a CMake package, pkg-config files
-# and the grammar. The tree may be moved as a whole. Two components, Runtime and Development.
+# What `cmake --install` gives: the public headers, the libraries, a CMake package, pkg-config files,
+# the grammar and the documents. The tree may be moved as a whole. Its components are Runtime,
+# Development, Documentation, and Tools, the command.
 #
 # Neither the package nor the pkg-config files name the XML library: callers do not need its
 # development files.
 include(CMakePackageConfigHelpers)
+
+install(CODE [[
+  if(IS_DIRECTORY "$ENV{DESTDIR}${CMAKE_INSTALL_PREFIX}")
+    set(ZU_PREFIX_EXISTED TRUE)
+  endif()]] ALL_COMPONENTS)  # asked by readable.cmake, after all other steps
 
 # The headers that callers may rely on. The toolkit and the helpers that the adapters share are not
 # among them.
@@ -88,3 +94,11 @@ if(ZU_PLATFORM STREQUAL "BUNDLED")
 endif()
 
 install(FILES src/grammar/config.xsd DESTINATION ${CMAKE_INSTALL_DATADIR}/zu COMPONENT Development)
+
+# In the folders of the source, so that the documents' links to each other hold.
+set(documents ${CMAKE_INSTALL_DOCDIR})
+install(FILES README.md CHANGELOG.md DESTINATION ${documents} COMPONENT Documentation)
+install(FILES platform/README.md DESTINATION ${documents}/platform COMPONENT Documentation)
+install(FILES examples/gateway.cpp DESTINATION ${documents}/examples COMPONENT Documentation)
+install(DIRECTORY examples/gateway DESTINATION ${documents}/examples COMPONENT Documentation)
+install(DIRECTORY docs DESTINATION ${documents} COMPONENT Documentation)

@@ -120,7 +120,7 @@ target_include_directories(zuUtilConfig INTERFACE
 target_compile_features(zuUtilConfig INTERFACE cxx_std_17)
 # Callers need none of these to build; the export set therefore does not name them.
 target_link_libraries(zuUtilConfig PRIVATE
-  $<BUILD_INTERFACE:zuUtilConfigObjects;XercesC::XercesC;zu::CUtil;zu::UtilLocator>)
+  $<BUILD_INTERFACE:zuUtilConfigObjects;zu_build_flags;XercesC::XercesC;zu::CUtil;zu::UtilLocator>)
 set_target_properties(zuUtilConfig PROPERTIES
   EXPORT_NAME UtilConfig VERSION ${PROJECT_VERSION} SOVERSION 1)
 # The error registry keeps pointers into the library for the life of the process.

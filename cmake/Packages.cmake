@@ -2,7 +2,7 @@
 # scripts/packages configures a build for them.
 set(CPACK_GENERATOR DEB)
 set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
-set(CPACK_COMPONENTS_ALL Runtime Development Tools)
+set(CPACK_COMPONENTS_ALL Runtime Development Tools Documentation)
 set(CPACK_STRIP_FILES ON)
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "")  # each package has its own
 set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/debian/complete.cmake)
@@ -41,13 +41,23 @@ a selector such as network.interface[1].address[2].
 This package holds the headers, the CMake package, the pkg-config files and the
 grammar for editors.")
 zu_package(TOOLS zuconfig utils
-"configuration trees from XML files, command and examples"
+"configuration trees from XML files, command"
 "Prints, explains, compares and checks configurations: where a value comes from,
 what all included files come to, what is wrong in them.
 .
-This package holds the command, its manual and an example.")
+This package holds the command, its manual and its completion for bash and zsh.")
+zu_package(DOCUMENTATION libzuutilconfig-doc doc
+"configuration trees from XML files, documents and example"
+"A configuration is a tree of named sections that hold named text values. It is
+loaded from XML files, which are found along a search path, may include each
+other and can be validated, or made in memory.
+.
+This package holds the documents for programmers and an example.")
+set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_ARCHITECTURE all)
 
 set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)
 set(CPACK_COMPONENT_DEVELOPMENT_DEPENDS Runtime)
 set(CPACK_COMPONENT_TOOLS_DEPENDS Runtime)
+set(CPACK_DEBIAN_DEVELOPMENT_PACKAGE_SUGGESTS libzuutilconfig-doc)
+set(CPACK_DEBIAN_TOOLS_PACKAGE_SUGGESTS libzuutilconfig-doc)
 include(CPack)

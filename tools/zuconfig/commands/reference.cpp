@@ -12,6 +12,10 @@
 #include "service/util/config/grammar/getGrammar.hpp"
 #include "shared/text.hpp"
 
+// Platform libraries need not have these, which are null then.
+#pragma weak cu_GetErrorModule
+#pragma weak cu_GetErrorDescription
+
 namespace zuconfig {
 
 namespace {
@@ -63,8 +67,12 @@ struct Errors {
   static void print(std::uint32_t code) {
     char number[16];
     std::snprintf(number, sizeof number, "0x%x", code);
-    std::cout << number << "\t" << cu_GetErrorName(code) << "\t" << cu_GetErrorModule(code) << "\t"
-              << cu_GetErrorDescription(code) << "\n";
+    std::cout << number << "\t" << cu_GetErrorName(code) << "\t" << tell(cu_GetErrorModule, code)
+              << "\t" << tell(cu_GetErrorDescription, code) << "\n";
+  }
+
+  static const char* tell(const char* (*function)(std::uint32_t), std::uint32_t code) {
+    return function == nullptr ? "not known" : function(code);
   }
 
   std::optional<std::uint32_t> wantedNumber() const {

@@ -48,3 +48,12 @@ build() {  # PRESET DIRECTORY CMAKE_OPTION...
   cmake --preset "$preset" -B "$directory" "$@" >/dev/null
   cmake --build "$directory" --parallel "$(nproc)" --target ${targets:-all}
 }
+
+# A part of a run that must pass: the first one that fails ends the run.
+stage() {  # NAME COMMAND...
+  local name=$1 start=$SECONDS
+  shift
+  printf '\n##### %s: %s\n' "$name" "$*"
+  "$@" || { printf '\n##### %s FAILED\n' "$name"; exit 1; }
+  printf '\n##### %s passed in %d s\n' "$name" $((SECONDS - start))
+}

@@ -30,12 +30,13 @@ DocumentParser::DocumentParser(xercesc::XMLGrammarPool& grammars, const SchemeLi
 }
 
 void DocumentParser::parseFile(const std::string& name) {
-  try {
-    parse(FileSource(name, budget));
-  } catch (...) {
-    budget.end();
-    throw;
-  }
+  // Whether it ends well, with an exception or, for a malformed document, without either.
+  struct End {
+    ~End() { budget.end(); }
+    Budget& budget;
+  };
+  const End end = {budget};
+  parse(FileSource(name, budget));
 }
 
 void DocumentParser::startDocument() {

@@ -291,25 +291,31 @@ constexpr Holder makeHolder(Holder::Shape shape, const Type* type, const Struct*
   return holder;
 }
 
-template <class M>
+// The form is told, not taken from the pointers: with the sanitizers, GCC does not compare these in
+// a constant.
+template <class M, auto form>
 constexpr Holder makeSingle(const Type* type, const Struct* structure) {
   Holder holder = makeHolder<M>(Holder::PLAIN, type, structure);
-  holder.form = type != nullptr ? Holder::SETTING : Holder::SECTION;
+  holder.form = form;
   if constexpr (Unwrapped<M>::isOptional) {
     holder.shape = Holder::OPTIONAL;
     holder.engage = engage<M>;
     holder.value = valueOf<M>;
-    if (structure != nullptr) holder.viewDefault = viewDefault<typename Unwrapped<M>::Value>;
+    if constexpr (form == Holder::SECTION) {
+      holder.viewDefault = viewDefault<typename Unwrapped<M>::Value>;
+    }
   }
   return holder;
 }
 
-template <class M>
+template <class M, auto form>
 constexpr Holder makeSeveral(const Type* type, const Struct* structure) {
   Holder holder = makeHolder<M>(Holder::SEQUENCE, type, structure);
-  holder.form = type != nullptr ? Holder::LIST : Holder::SECTIONS;
+  holder.form = form;
   holder.clear = clear<M>;
-  if (structure != nullptr) holder.viewDefault = viewDefault<typename Contained<M>::Value>;
+  if constexpr (form == Holder::SECTIONS) {
+    holder.viewDefault = viewDefault<typename Contained<M>::Value>;
+  }
   if constexpr (Contained<M>::isMap) {
     holder.shape = Holder::MAP;
     holder.key = &typeid(typename M::key_type);
@@ -330,16 +336,16 @@ constexpr Holder withAssign(Holder holder) {
 
 template <class M>
 inline constexpr Holder settingHolder =
-    withAssign<M>(makeSingle<M>(&typeOf<typename Unwrapped<M>::Value>, nullptr));
+    withAssign<M>(makeSingle<M, Holder::SETTING>(&typeOf<typename Unwrapped<M>::Value>, nullptr));
 template <class M>
 inline constexpr Holder listHolder =
-    withAssign<M>(makeSeveral<M>(&typeOf<typename Contained<M>::Value>, nullptr));
+    withAssign<M>(makeSeveral<M, Holder::LIST>(&typeOf<typename Contained<M>::Value>, nullptr));
 template <class M>
-inline constexpr Holder sectionHolder = makeSingle<M>(nullptr,
-                                                      &structOf<typename Unwrapped<M>::Value>);
+inline constexpr Holder sectionHolder =
+    makeSingle<M, Holder::SECTION>(nullptr, &structOf<typename Unwrapped<M>::Value>);
 template <class M>
-inline constexpr Holder sectionsHolder = makeSeveral<M>(nullptr,
-                                                        &structOf<typename Contained<M>::Value>);
+inline constexpr Holder sectionsHolder =
+    makeSeveral<M, Holder::SECTIONS>(nullptr, &structOf<typename Contained<M>::Value>);
 
 // A pointer to a member, taken apart.
 template <class Pointer>

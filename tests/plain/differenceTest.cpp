@@ -8,6 +8,7 @@
 #include <locator/locator.h>
 #include <stdlib.h>
 #include <unistd.h>
+#include <clocale>
 
 #include <filesystem>
 #include <fstream>
@@ -146,6 +147,8 @@ int run(std::uint32_t seed, long count) {
 }  // namespace
 
 int main(int argc, char** argv) {
+  // Where it is not known that the XML library's local code page is UTF-8, the locale decides.
+  std::setlocale(LC_ALL, "C.UTF-8");
   try {
     return run(argc > 1 ? static_cast<std::uint32_t>(std::atol(argv[1])) : 1,
                argc > 2 ? std::atol(argv[2]) : 1000);

@@ -102,7 +102,7 @@ T get(const IConfigPtr& config, const xml::Origins& origins, const std::string& 
 // The rules of problems, besides those of xml::check:
 //
 //   missing-setting      a required setting, section or list is absent; too few of several
-//   too-many             more than count allows
+//   wrong-count             more than count allows
 //   unknown-setting      the description does not name it; in overrides an error, else a warning
 //   renamed-setting      a former name, a warning; an error where the new one stands beside it
 //   repeated-setting     a single setting or section stands twice in one file

@@ -48,8 +48,10 @@ std::string repeated(const std::string& text, std::size_t times) {
   return result;
 }
 
-// Names with their number for each of the files that include the next.
-void writeChain(const Folder& folder, std::size_t length, const std::string& directory) {
+// Files that include the next one, each called by its number, in a directory of its own if
+// directory says how these begin. last: what the last one holds.
+void writeChain(const Folder& folder, std::size_t length, const std::string& directory,
+                const std::string& last) {
   const auto nameOf = [&](std::size_t i) {
     const std::string number = std::to_string(i);
     return (directory.empty() ? "" : directory + number + "/") + number + ".xml";
@@ -58,7 +60,7 @@ void writeChain(const Folder& folder, std::size_t length, const std::string& dir
   for (std::size_t i = 0; i < length; ++i) {
     folder.write(nameOf(i), "<include>" + up + nameOf(i + 1) + "</include>");
   }
-  folder.write(nameOf(length), "");
+  folder.write(nameOf(length), last);
   folder.write("main.xml", "<include>" + nameOf(0) + "</include>");
 }
 
@@ -115,10 +117,12 @@ const Growth growths[] = {
        }
      }},
     {"check, per file of a chain", 500,
-     [](const Folder& folder, std::size_t count) { writeChain(folder, count, ""); },
+     [](const Folder& folder, std::size_t count) {
+       writeChain(folder, count, "", "<property name='p'/>");
+     },
      [](const Folder& folder, std::size_t) { check(folder, false, 1); }},
     {"load with origins, per match of files in many directories", 80,
-     [](const Folder& folder, std::size_t count) { writeChain(folder, count, "d"); },
+     [](const Folder& folder, std::size_t count) { writeChain(folder, count, "d", ""); },
      [](const Folder& folder, std::size_t) {
        xml::Origins origins;
        xml::create(folder.main(), {}, false, origins);

@@ -4,16 +4,13 @@
 #define SRC_LOAD_LOADEVENTS_HPP
 
 #include "cppUtil/fileName/getPath.hpp"
+#include "cppUtil/internal/Position.hpp"
 #include "service/util/config/xml/Observer.hpp"
 #include "service/util/locator/SearchOrder.hpp"
 
 namespace service::util::config::xml::internal {
 
-// Where an element stands in the file that is being read, as in Location.
-struct Position {
-  int line;
-  int column;
-};
+using cppUtil::internal::Position;
 
 class LoadEvents {
  public:

@@ -4,16 +4,16 @@
 
 namespace service::util::config::plain {
 
-Document::Place Document::placeOf(std::size_t element) const {
-  if (!places.empty()) return places[element];
-  places.reserve(elements.size());
+Document::Position Document::positionOf(std::size_t element) const {
+  if (!positions.empty()) return positions[element];
+  positions.reserve(elements.size());
   const std::string_view text = view();
   std::size_t lineBegin = text.size() - withoutByteOrderMark(text).size();
   std::size_t lineEnd = text.find('\n');
   int line = 1;
   for (const Element& next : elements) {
     if (next.tagEnd == 0) {
-      places.emplace_back();
+      positions.emplace_back();
       continue;
     }
     for (; lineEnd < next.tagEnd; lineEnd = text.find('\n', lineBegin)) {
@@ -21,9 +21,10 @@ Document::Place Document::placeOf(std::size_t element) const {
       ++line;
     }
     const std::string_view before = text.substr(lineBegin, next.tagEnd - lineBegin);
-    places.push_back({line, 1 + static_cast<int>(isAscii ? before.size() : utf16Length(before))});
+    positions.push_back(
+        {line, 1 + static_cast<int>(isAscii ? before.size() : utf16Length(before))});
   }
-  return places[element];
+  return positions[element];
 }
 
 }  // namespace service::util::config::plain

@@ -13,6 +13,7 @@
 #include <utility>
 #include <vector>
 
+#include "cppUtil/internal/Position.hpp"
 #include "load/ElementKind.hpp"
 
 namespace service::util::config::plain {
@@ -26,6 +27,7 @@ struct Bytes {
 class Document {
  public:
   using Kind = xml::internal::ElementKind;
+  using Position = cppUtil::internal::Position;
 
   // A range of the bytes or, counted on from their end, of the resolved texts.
   struct Text {
@@ -41,13 +43,6 @@ class Document {
     Text text;             // of properties and includes, where it is never empty
   };
 
-  // Where a start tag ends, as the XML library counts: from 1, columns in units of UTF-16. An empty
-  // tag is nowhere, in line 0 and column 0.
-  struct Place {
-    int line = 0;
-    int column = 0;
-  };
-
   explicit Document(Bytes bytes) : bytes(std::move(bytes)) {}
 
   std::string_view view() const { return {bytes.data.get(), bytes.size}; }
@@ -57,8 +52,9 @@ class Document {
                : std::string_view(resolved).substr(text.begin - bytes.size, text.size);
   }
 
-  // The first call looks for the places of all elements.
-  Place placeOf(std::size_t element) const;
+  // Where its start tag ends; nowhere, in line 0 and column 0, for an empty tag. The first call
+  // looks for the positions of all elements.
+  Position positionOf(std::size_t element) const;
 
   std::vector<Element> elements;  // the first is the root, never empty
   std::string resolved;           // texts that do not stand in the bytes as they are, one by one
@@ -67,7 +63,7 @@ class Document {
 
  private:
   Bytes bytes;
-  mutable std::vector<Place> places;  // of all elements; empty before they are needed
+  mutable std::vector<Position> positions;  // of all elements; empty before they are needed
 };
 
 }  // namespace service::util::config::plain

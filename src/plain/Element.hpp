@@ -24,14 +24,11 @@ class Element {
   void readName(std::string& name) const { name.assign(document->view(row().name)); }
   void readText(std::string& text) const { text.assign(document->view(row().text)); }
 
-  xml::internal::Position position() const {
-    const Document::Place place = document->placeOf(number);
-    return {place.line, place.column};
-  }
+  Document::Position position() const { return document->positionOf(number); }
   std::string file() const { return row().tagEnd == 0 ? std::string() : *path; }
 
   void fail(const char* reason) const {
-    const xml::internal::Position at = position();
+    const Document::Position at = position();
     throw std::runtime_error("XMLParser: in file \"" + file() + "\" at line " +
                              std::to_string(at.line) + " at column " + std::to_string(at.column) +
                              ": " + reason);

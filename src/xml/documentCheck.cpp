@@ -239,7 +239,7 @@ class DocumentCheck {
 
   static Place placeOf(const Location& location) { return {location.line, location.column}; }
 
-  xerces::Position positionOf(const DOMElement& element) {
+  cppUtil::internal::Position positionOf(const DOMElement& element) {
     const Location location = parser.locationOf(element);
     return {location.line, location.column};
   }

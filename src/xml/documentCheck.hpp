@@ -6,21 +6,21 @@
 #include <vector>
 #include <xercesc/framework/XMLGrammarPool.hpp>
 
+#include "cppUtil/internal/Position.hpp"
 #include "service/util/config/xml/check.hpp"
-#include "xerces/Position.hpp"
 
 namespace service::util::config::xml::internal {
 
 struct Include {
   std::string text;
-  xerces::Position position;
+  cppUtil::internal::Position position;
   std::size_t parent;  // which of the parents it stands in
 };
 
 // The first section of its name in its parent.
 struct NamedSection {
   std::string name;
-  xerces::Position position;
+  cppUtil::internal::Position position;
 };
 
 struct DocumentFindings {

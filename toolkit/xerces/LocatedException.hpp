@@ -6,10 +6,12 @@
 
 #include <string>
 
+#include "cppUtil/internal/Position.hpp"
 #include "xerces/Exception.hpp"
-#include "xerces/Position.hpp"
 
 namespace xerces {
+
+using cppUtil::internal::Position;
 
 class LocatedException : public Exception {
  public:

@@ -14,10 +14,12 @@
 #include <xercesc/dom/DOMUserDataHandler.hpp>
 #include <xercesc/parsers/XercesDOMParser.hpp>
 
+#include "cppUtil/internal/Position.hpp"
 #include "xerces/ErrorHandler.hpp"
-#include "xerces/Position.hpp"
 
 namespace xerces {
+
+using cppUtil::internal::Position;
 
 // Contract are the tags, their counts as the handler keeps them, and what getLocationTag answers.
 // The table of places and the destruction without notices are for speed.

@@ -1,8 +1,9 @@
 // A place in a file, as the XML library counts: from 1, columns in UTF-16 units; 0 where unknown.
-#ifndef XERCES_POSITION_HPP
-#define XERCES_POSITION_HPP
+// Internal to the library.
+#ifndef CPPUTIL_INTERNAL_POSITION_HPP
+#define CPPUTIL_INTERNAL_POSITION_HPP
 
-namespace xerces {
+namespace cppUtil::internal {
 
 struct Position {
   int line = 0;
@@ -13,6 +14,6 @@ inline bool operator==(const Position& a, const Position& b) {
   return a.line == b.line && a.column == b.column;
 }
 
-}  // namespace xerces
+}  // namespace cppUtil::internal
 
 #endif

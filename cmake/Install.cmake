@@ -24,6 +24,7 @@ target_sources(zuUtilConfig PUBLIC FILE_SET HEADERS
     include/service/util/config/bind.hpp
     include/service/util/config/bind/Fields.hpp
     include/service/util/config/bind/Overrides.hpp
+    include/service/util/config/bind/Settings.hpp
     include/service/util/config/bind/tables.hpp
     include/service/util/config/bind/values.hpp
     include/service/util/config/grammar/getGrammar.hpp

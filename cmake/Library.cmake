@@ -61,12 +61,17 @@ add_library(zuUtilConfigObjects OBJECT
   src/bind/Path.cpp
   src/bind/Precedence.cpp
   src/bind/Reader.cpp
+  src/bind/Settings.cpp
+  src/bind/Together.cpp
   src/bind/bind.cpp
+  src/bind/build.cpp
   src/bind/elsewhere.cpp
   src/bind/environment.cpp
+  src/bind/exporting.cpp
   src/bind/readSections.cpp
   src/bind/report.cpp
   src/bind/soundness.cpp
+  src/bind/survey.cpp
   src/bind/units.cpp
   src/bind/values.cpp
   src/load/Load.cpp

@@ -4,6 +4,7 @@
 #include <iterator>
 
 #include "bind/Reported.hpp"
+#include "service/util/config/bind/internal/survey.hpp"
 
 namespace service::util::config::bind {
 
@@ -49,7 +50,7 @@ const Row& Row::key() const {
   const auto& rows = below().rows;
   const auto isKey = [&](const auto& row) {
     if (!row->isSetting()) return false;
-    return stored != nullptr ? row->name == keyName : row->member.offset == keyMember.offset;
+    return stored != nullptr ? row->name == described->key : row->member.offset == keyMember.offset;
   };
   return **std::find_if(rows.begin(), rows.end(), isKey);
 }
@@ -150,12 +151,16 @@ Field& Field::env(const char* variable) {
 Field& Field::bare(const Limit& unit) {
   Row& row = rowOf(*this);
   const bool isTime = unit.unit == Limit::TIME;
-  if (!row.value.hasUnit() || unit.isFloating || unit.isNegative || unit.magnitude == 0 ||
-      unit.magnitude > INT32_MAX || isTime != (row.value.kind == internal::Kind::DURATION)) {
-    row.faults.emplace_back("its type and its bare unit do not go together");
+  std::optional<internal::Unit> one;
+  if (row.value.hasUnit() && !unit.isFloating && !unit.isNegative && unit.magnitude > 0 &&
+      unit.magnitude <= INT32_MAX && isTime == (row.value.kind == internal::Kind::DURATION)) {
+    one = internal::multiple(static_cast<std::int64_t>(unit.magnitude),
+                             {"", unit.numerator, unit.denominator});
+  }
+  if (one && internal::printUnit(row.value, *one)) {
+    row.value.bareUnit = one;
   } else {
-    row.value.bareUnit = {"", static_cast<std::int64_t>(unit.magnitude) * unit.numerator,
-                          unit.denominator};
+    row.faults.emplace_back("its type and its bare unit do not go together");
   }
   return *this;
 }

@@ -1,6 +1,6 @@
 // What a program says about its settings, as the library keeps it: the rows of a struct. With the
-// offsets and tables of the program's types it fills structs; without them, as read from a file, it
-// judges configurations all the same.
+// offsets and tables of the program's types it fills structs; without them, in a Store, it judges
+// configurations all the same.
 #ifndef SRC_BIND_DESCRIPTION_HPP
 #define SRC_BIND_DESCRIPTION_HPP
 
@@ -16,20 +16,12 @@
 
 namespace service::util::config::bind::internal {
 
-struct Row : Field, std::enable_shared_from_this<Row> {
+struct Described;
+
+// What is said of a setting, a list or a section, apart from the types of the program.
+struct Entry {
   bool isSetting() const { return form == Holder::SETTING || form == Holder::LIST; }
   bool isSeveral() const { return form == Holder::LIST || form == Holder::SECTIONS; }
-
-  // The member that this row fills in object.
-  void* in(void* object) const { return static_cast<char*>(object) + member.offset; }
-  const void* in(const void* object) const {
-    return static_cast<const char*>(object) + member.offset;
-  }
-
-  // Of sections: what holds for each. Of the program unless it was read from a file.
-  const Description& below() const;
-  // Of keyed sections: the setting below that is their key.
-  const Row& key() const;
 
   Holder::Form form = Holder::SETTING;
   std::string name;
@@ -46,7 +38,25 @@ struct Row : Field, std::enable_shared_from_this<Row> {
   std::uint32_t most = UINT32_MAX;
   ValueRules value;  // of settings
 
-  // Of the program's types; null as read from a file.
+  // Of settings that are kept apart from their program; null and unused otherwise.
+  const Described* described = nullptr;
+  const Description* stored = nullptr;  // what holds for each, of sections
+  std::size_t defaultCount = 0;         // of a list or sections
+};
+
+struct Row : Field, Entry, std::enable_shared_from_this<Row> {
+  // The member that this row fills in object.
+  void* in(void* object) const { return static_cast<char*>(object) + member.offset; }
+  const void* in(const void* object) const {
+    return static_cast<const char*>(object) + member.offset;
+  }
+
+  // Of sections: what holds for each.
+  const Description& below() const;
+  // Of keyed sections: the setting below that is their key.
+  const Row& key() const;
+
+  // Of the program's types; null when it is not at hand.
   struct {
     std::uint32_t offset;
     const Holder* holder;
@@ -58,11 +68,6 @@ struct Row : Field, std::enable_shared_from_this<Row> {
     const std::type_info* owner;
   } keyMember = {};                 // of keyed sections: below
   std::vector<std::string> faults;  // in what the program says of it
-
-  // As read from a file, instead of the program's types.
-  std::shared_ptr<const Description> stored;  // below()
-  std::string keyName;
-  std::vector<std::string> defaults;
 
   std::shared_ptr<Row> unclaimed;  // itself, until it belongs to Fields
 };

@@ -1,10 +1,13 @@
 #include "bind/Findings.hpp"
 
+#include <cutil/cutil.h>
+
 #include <algorithm>
 #include <filesystem>
 #include <iterator>
 #include <tuple>
 
+#include "cppUtil/err/Exception.hpp"
 #include "service/util/config/bind.hpp"
 
 namespace service::util::config::bind {
@@ -14,6 +17,14 @@ namespace internal {
 std::string alreadyThere(const Place& first) {
   const int line = first.location.line;
   return line > 0 ? "is there already, in line " + std::to_string(line) : "is there already";
+}
+
+void refuse(const std::vector<xml::Problem>& problems, const char* function) {
+  std::string message;
+  for (const xml::Problem& problem : problems) {
+    message += (message.empty() ? "" : "\n") + toText(problem);
+  }
+  throw cppUtil::err::Exception(CU_INVALID_ARGUMENT, 0, "src/bind", function, __LINE__, message);
 }
 
 void Findings::add(xml::Severity severity, const char* rule, const std::string& path,
@@ -31,17 +42,17 @@ void Findings::add(xml::Severity severity, const char* rule, const std::string& 
                     place.location, std::move(includes)}});
 }
 
-std::vector<xml::Problem> Findings::take() {
+bool Findings::take(std::vector<xml::Problem>& problems) {
   const auto key = [](const Found& one) {
     return std::make_tuple(one.order, one.problem.location.line, one.problem.location.column);
   };
   std::stable_sort(found.begin(), found.end(),
                    [&](const Found& a, const Found& b) { return key(a) < key(b); });
-  std::vector<xml::Problem> problems;
-  problems.reserve(found.size());
-  for (Found& one : found) problems.push_back(std::move(one.problem));
+  for (Found& one : found) {
+    problems.push_back(std::move(one.problem));
+  }
   found.clear();
-  return problems;
+  return errorCount == 0;
 }
 
 }  // namespace internal

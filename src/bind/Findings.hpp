@@ -13,6 +13,9 @@ namespace service::util::config::bind::internal {
 // That a setting is there already, at that place in the same file.
 std::string alreadyThere(const Place& first);
 
+// Throws code 5 with all problems, a line each.
+[[noreturn]] void refuse(const std::vector<xml::Problem>& problems, const char* function);
+
 class Findings {
  public:
   explicit Findings(const Precedence& precedence) : precedence(precedence) {}
@@ -23,9 +26,9 @@ class Findings {
 
   std::size_t errors() const { return errorCount; }
 
-  // Those that were added, by file in the order of the load, then by line; what is in no file comes
-  // last.
-  std::vector<xml::Problem> take();
+  // Appends those that were added to problems, by file in the order of the load, then by line; what
+  // is in no file comes last. Answers whether none is an error.
+  bool take(std::vector<xml::Problem>& problems);
 
  private:
   struct Found {

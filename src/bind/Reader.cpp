@@ -29,14 +29,14 @@ void* valueIn(const Row& row, void* object) {
   return value == nullptr ? holder.engage(member) : const_cast<void*>(value);
 }
 
-Reader::Reader(const Request& request)
-    : request(request), precedence(request.origins), findings(precedence) {
+Reader::Reader(const Request& request, const Precedence& precedence, Findings& findings)
+    : request(request), precedence(precedence), findings(findings) {
   for (const auto& [path, text] : request.overrides.get()) {
     overrides.emplace_back(parsePath(path), text);
   }
 }
 
-bool Reader::read(std::vector<xml::Problem>& problems) {
+void Reader::read() {
   Level top = {request.description,
                request.object,
                "",
@@ -48,8 +48,6 @@ bool Reader::read(std::vector<xml::Problem>& problems) {
                nullptr};
   for (const auto& override : overrides) top.assignments.push_back({&override, 0});
   readLevel(top);
-  for (xml::Problem& problem : findings.take()) problems.push_back(std::move(problem));
-  return findings.errors() == 0;
 }
 
 void Reader::readLevel(Level& level) {
@@ -93,6 +91,7 @@ void Reader::search(Level& level) {
   level.contents.reserve(level.parts.size());
   for (const IConfigPtr& part : level.parts) {
     const auto& contents = level.contents.emplace_back(part);
+    if (request.together != nullptr) request.together->enter(part, description, level.isOpen);
     const auto take = [&](const Description::Name* name, const Occurrence& occurrence) {
       if (name == nullptr) return tellUnknown(level, occurrence);
       found.emplace_back(name->row, occurrence);
@@ -125,30 +124,26 @@ void Reader::match(const std::vector<Description::Name>& known, const IConfigPtr
 }
 
 void Reader::tellUnknown(const Level& level, const Occurrence& unknown) {
-  if (level.isOpen) return;
-  const bool isSetting = unknown.value != nullptr;
-  std::string message = "nothing reads this";
-  if (level.description.find(!isSetting, *unknown.name) != nullptr) {
-    message += isSetting ? "; it is a section" : "; it is a property";
-  } else {
-    using namespace cppUtil::internal;
-    message += didYouMean(nearest(*unknown.name, level.description.names()));
-  }
-  findings.add(request.unknown, "unknown-setting",
-               extended(level.path, *unknown.name, unknown.index, unknown.count), message,
-               precedence.placeOf(unknown));
+  if (request.together == nullptr && level.isOpen) return;
+  const std::string path = extended(level.path, *unknown.name, unknown.index, unknown.count);
+  const Place place = precedence.placeOf(unknown);
+  if (request.together != nullptr) return request.together->add(unknown, path, place);
+  findings.add(request.unknown, "unknown-setting", path,
+               unknownMessage({&level.description}, unknown.value != nullptr, *unknown.name),
+               place);
 }
 
 void Reader::readSetting(Level& level, std::size_t at) {
   const Occurrences found = level.found(at);
   tellRepeated(level, at);
-  if (const auto elsewhere = sourcesElsewhere(level, at); !elsewhere.empty()) {
-    store(level, at, elsewhere.back(), valueIn(*level.description.rows[at], level.object));
-  } else if (!found.empty()) {
-    const Source source = {&precedence.nearest(found)};
-    store(level, at, source, valueIn(*level.description.rows[at], level.object));
-  } else {
+  std::vector<Source> sources = sourcesElsewhere(level, at);
+  if (sources.empty() && !found.empty()) sources.push_back({&precedence.nearest(found)});
+  if (sources.size() > 1) sources.erase(sources.begin(), sources.end() - 1);
+  record(level, at, sources);
+  if (sources.empty()) {
     tellMissing(level, at);
+  } else {
+    store(level, at, sources.back(), valueIn(*level.description.rows[at], level.object));
   }
 }
 
@@ -161,6 +156,7 @@ void Reader::readList(Level& level, std::size_t at) {
       sources.push_back({occurrence});
     }
   }
+  record(level, at, sources);
   if (sources.empty()) {
     tellMissing(level, at);
     return;
@@ -233,8 +229,7 @@ bool Reader::tellMissing(const Level& level, std::size_t at) {
   const std::size_t errorsBefore = findings.errors();
   const bool hasDefault = row.member.holder != nullptr && level.object != nullptr;
   if (row.isSeveral()) {
-    tellCount(level, at, hasDefault ? countOf(row, level.object) : row.defaults.size(),
-              level.place);
+    tellCount(level, at, hasDefault ? countOf(row, level.object) : row.defaultCount, level.place);
   }
   return findings.errors() > errorsBefore;
 }

@@ -13,9 +13,11 @@
 #include "bind/Findings.hpp"
 #include "bind/Path.hpp"
 #include "bind/Precedence.hpp"
+#include "bind/Together.hpp"
 #include "model/Contents.hpp"
 #include "service/util/config/IConfig.hpp"
 #include "service/util/config/bind/Overrides.hpp"
+#include "service/util/config/bind/internal/survey.hpp"
 
 namespace service::util::config::bind::internal {
 
@@ -43,14 +45,16 @@ struct Request {
   const Overrides& overrides;
   xml::Severity unknown = xml::Severity::WARNING;  // of what the description does not name
   bool takesEnvironment = true;
+  Together* together = nullptr;  // takes what the description does not name, instead of findings
+  Survey* survey = nullptr;      // takes what is in force; for what a Store has
 };
 
 class Reader {
  public:
-  explicit Reader(const Request& request);
+  Reader(const Request& request, const Precedence& precedence, Findings& findings);
 
-  // Appends what is wrong to problems, in order. Answers whether none of it is an error.
-  bool read(std::vector<xml::Problem>& problems);
+  // Adds what is wrong to findings.
+  void read();
 
  private:
   // An override, and how many parts of its path lead to the struct that is being read.
@@ -70,7 +74,8 @@ class Reader {
     std::string variablePrefix;
     Assignments assignments;
     bool isOpen;
-    const Row* key;  // the setting that it is known by, if there is one
+    const Row* key;                  // the setting that it is known by, if there is one
+    std::string describedPath = {};  // path without former names; for a survey only
 
     std::vector<config::internal::Contents> contents = {};  // of the parts
     std::vector<Occurrence> occurrences = {};               // by row, then as loaded
@@ -110,6 +115,8 @@ class Reader {
 
   void readSetting(Level& level, std::size_t at);
   void readList(Level& level, std::size_t at);
+  std::vector<Source> assignedSources(const Level& level, std::size_t at) const;
+  std::vector<Source> environmentSource(const Level& level, std::size_t at) const;
   std::vector<Source> sourcesElsewhere(const Level& level, std::size_t at) const;
   void store(Level& level, std::size_t at, const Source& source, void* value);
   Place placeOf(const Source& source) const;
@@ -128,6 +135,11 @@ class Reader {
   bool hasVariable(const Description& description, const std::string& prefix) const;
   void tellUnknownVariables(const Level& level);
 
+  void record(const Level& level, std::size_t at, const std::vector<Source>& inForce) const;
+  void record(const Level& level, std::size_t at, const std::string& path,
+              Occurrences sections) const;
+  Given given(const Source& source) const;
+
   void tellRenamed(const Level& level, std::size_t at);
   void tellRepeated(const Level& level, std::size_t at);
   bool tellMissing(const Level& level, std::size_t at);
@@ -135,8 +147,8 @@ class Reader {
 
   const Request& request;
   std::vector<std::pair<Path, std::string>> overrides;
-  Precedence precedence;
-  Findings findings;
+  const Precedence& precedence;
+  Findings& findings;
 };
 
 }  // namespace service::util::config::bind::internal

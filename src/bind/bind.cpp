@@ -25,14 +25,6 @@ constexpr const char* getSignature =
 constexpr const char* readSignature =
     "S service::util::config::bind::read(const IConfigPtr&, const Overrides&)";
 
-[[noreturn]] void refuse(const std::vector<xml::Problem>& problems, const char* function) {
-  std::string message;
-  for (const xml::Problem& problem : problems) {
-    message += (message.empty() ? "" : "\n") + toText(problem);
-  }
-  throw Exception(CU_INVALID_ARGUMENT, 0, unit, function, __LINE__, message);
-}
-
 // Looks for a single value by its path.
 class Search {
  public:
@@ -97,7 +89,9 @@ class Search {
     internal::Findings findings(precedence);
     findings.add(xml::Severity::ERROR, rule, cppUtil::internal::printable(path), message,
                  precedence.placeOf(occurrence));
-    refuse(findings.take(), getSignature);
+    std::vector<xml::Problem> problems;
+    findings.take(problems);
+    internal::refuse(problems, getSignature);
   }
 
   const internal::Type& type;
@@ -127,7 +121,10 @@ bool readStruct(const Struct& type, void* object, const IConfigPtr& config,
                 std::vector<xml::Problem>& problems) {
   requireSound(type, object);
   const Request request = {type.fields().get(), object, config, origins, overrides};
-  return Reader(request).read(problems);
+  const Precedence precedence(origins);
+  Findings findings(precedence);
+  Reader(request, precedence, findings).read();
+  return findings.take(problems);
 }
 
 void readStruct(const Struct& type, void* object, const IConfigPtr& config,

@@ -40,12 +40,7 @@ void Reader::assign(Level& level) {
     const bool isSetting = assignment.depth + 1 == path.size();
     const auto* name = level.description.find(isSetting, part.name);
     if (name == nullptr) {
-      const bool isOther = level.description.find(!isSetting, part.name) != nullptr;
-      const std::string other = isSetting ? "; it is a section" : "; it is a property";
-      tellUnfit(assignment, "nothing reads this" +
-                                (isOther ? other
-                                         : cppUtil::internal::didYouMean(cppUtil::internal::nearest(
-                                               part.name, level.description.names()))));
+      tellUnfit(assignment, unknownMessage({&level.description}, isSetting, part.name));
       continue;
     }
     const Row& row = *level.description.rows[name->row];
@@ -63,27 +58,40 @@ void Reader::assign(Level& level) {
   }
 }
 
-// What the command line says, or the environment. Of a setting the last counts.
-std::vector<Reader::Source> Reader::sourcesElsewhere(const Level& level, std::size_t at) const {
+std::vector<Reader::Source> Reader::assignedSources(const Level& level, std::size_t at) const {
   std::vector<Source> sources;
-  if (!level.assigned.empty()) {
-    for (const Assignment& assignment : level.assigned[at]) {
-      sources.push_back({nullptr, assignment.override->second, "command line"});
-    }
-  }
-  const Row& row = *level.description.rows[at];
-  if (!sources.empty() || (row.variable.empty() && level.variablePrefix.empty())) return sources;
-  const std::string name =
-      row.variable.empty() ? variableOf(level.variablePrefix, row.name) : row.variable;
-  if (const char* text = request.takesEnvironment ? ::secure_getenv(name.c_str()) : nullptr) {
-    sources.push_back({nullptr, text, "environment " + name});
+  if (level.assigned.empty()) return sources;
+  for (const Assignment& assignment : level.assigned[at]) {
+    sources.push_back({nullptr, assignment.override->second, commandLine.location.file});
   }
   return sources;
 }
 
+// At most one.
+std::vector<Reader::Source> Reader::environmentSource(const Level& level, std::size_t at) const {
+  const Row& row = *level.description.rows[at];
+  if (!request.takesEnvironment || (row.variable.empty() && level.variablePrefix.empty()))
+    return {};
+  const std::string name =
+      row.variable.empty() ? variableOf(level.variablePrefix, row.name) : row.variable;
+  const char* text = ::secure_getenv(name.c_str());
+  if (text == nullptr) return {};
+  return {{nullptr, text, "environment " + name}};
+}
+
+// What the command line says, or the environment. Of a setting the last counts.
+std::vector<Reader::Source> Reader::sourcesElsewhere(const Level& level, std::size_t at) const {
+  std::vector<Source> sources = assignedSources(level, at);
+  return sources.empty() ? environmentSource(level, at) : sources;
+}
+
 void Reader::tellUnfit(const Assignment& assignment, const std::string& reason) {
-  findings.add(Severity::ERROR, "unknown-setting", spelled(assignment.override->first), reason,
-               commandLine);
+  const std::string path = spelled(assignment.override->first);
+  if (request.together != nullptr) {
+    const auto number = static_cast<std::uint32_t>(assignment.override - overrides.data());
+    return request.together->addOverride(number, path, reason, commandLine);
+  }
+  findings.add(Severity::ERROR, "unknown-setting", path, reason, commandLine);
 }
 
 bool Reader::hasVariable(const Description& description, const std::string& prefix) const {

@@ -37,6 +37,9 @@ Reader::Level Reader::below(const Level& level, const Row& row, Occurrences sect
                  row.isOpen || description.isOpen,
                  nullptr};
   for (const Occurrence& section : sections) below.parts.push_back(*section.section);
+  if (request.survey != nullptr) {
+    below.describedPath = extended(level.describedPath, row.name);
+  }
   if (sections.size() == 1) below.path = extended(level.path, *sections.front().name);
   if (!sections.empty()) below.place = precedence.placeOf(precedence.nearest(sections));
   return below;
@@ -47,6 +50,7 @@ void Reader::readSection(Level& level, std::size_t at) {
   const Occurrences found = level.found(at);
   tellRepeated(level, at);
   Level below = this->below(level, row, found);
+  record(level, at, below.describedPath, found);
   if (!level.assigned.empty()) below.assignments = level.assigned[at];
   for (Assignment& assignment : below.assignments) ++assignment.depth;
   if (found.empty() && below.assignments.empty() &&
@@ -69,6 +73,7 @@ void Reader::readSections(Level& level, std::size_t at) {
     }
   }
   if (elements.empty()) {
+    record(level, at, extended(level.describedPath, row.name), level.found(at));
     tellMissing(level, at);
     return;
   }
@@ -106,6 +111,11 @@ void Reader::readElement(const Level& level, std::size_t at, const Elements& ele
   below.path = extended(level.path, row.name, static_cast<std::uint32_t>(index),
                         static_cast<std::uint32_t>(elements.size()));
   below.object = object;
+  if (request.survey != nullptr) {
+    below.describedPath = extended(level.describedPath, row.name, static_cast<std::uint32_t>(index),
+                                   static_cast<std::uint32_t>(elements.size()));
+  }
+  record(level, at, below.describedPath, elements[index]);
   below.variablePrefix.clear();
   if (row.isKeyed) below.key = &row.key();
   if (!level.assigned.empty()) {

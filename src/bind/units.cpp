@@ -1,4 +1,6 @@
+#include <charconv>
 #include <numeric>
+#include <string_view>
 
 #include "bind/values.hpp"
 
@@ -48,6 +50,38 @@ std::optional<Number> inUnit(const ValueRules& rules, const Number& number, cons
   const auto magnitude = product(number.magnitude / *divisor, *factor);
   if (!magnitude) return std::nullopt;
   return Number::whole(number.isNegative, *magnitude);
+}
+
+std::optional<std::string> printUnit(const ValueRules& rules, const Unit& unit) {
+  std::optional<std::string> text;
+  ValueRules whole;  // that counts in the named unit
+  for (const Unit& named : rules.kind == Kind::BYTES ? sizes() : times()) {
+    whole.numerator = named.numerator;
+    whole.denominator = named.denominator;
+    const auto count = inUnit(whole, Number::of(1), unit);
+    if (count) text = std::to_string(count->magnitude) + named.name;
+  }
+  return text;
+}
+
+std::optional<Unit> parseUnit(const ValueRules& rules, const std::string& text) {
+  std::int32_t count = 0;
+  const char* end = text.data() + text.size();
+  const auto [stopped, error] = std::from_chars(text.data(), end, count);
+  if (!rules.hasUnit() || error != std::errc() || count < 1) return std::nullopt;
+  for (const Unit& named : rules.kind == Kind::BYTES ? sizes() : times()) {
+    if (named.name == std::string_view(stopped, end - stopped)) return multiple(count, named);
+  }
+  return std::nullopt;
+}
+
+std::optional<Unit> multiple(std::int64_t count, const Unit& unit) {
+  const std::int64_t divisor = std::gcd(count, unit.denominator);
+  Unit result = {"", 0, unit.denominator / divisor};
+  if (__builtin_mul_overflow(count / divisor, unit.numerator, &result.numerator)) {
+    return std::nullopt;
+  }
+  return result;
 }
 
 std::vector<Unit> unitsOf(const ValueRules& rules) {

@@ -37,7 +37,7 @@ std::string expectedMeasure(const ValueRules& rules) {
   std::string text = rules.kind == Kind::DURATION ? "a time" : "a size";
   text += " with its unit: " + listOf(unitsOf(rules), [](const Unit& unit) { return unit.name; });
   if (const auto& bare = rules.bareUnit) {
-    text += ", or in " + print(rules, *inUnit(rules, Number::of(1), *bare)) + " without one";
+    text += ", or in " + *printUnit(rules, *bare) + " without one";
   }
   return text;
 }

@@ -70,6 +70,14 @@ Number load(const ValueRules& rules, const void* value);
 // it has a fraction or more than 64 bits.
 std::optional<Number> inUnit(const ValueRules& rules, const Number& number, const Unit& unit);
 
+// count of them as one, in lowest terms; nothing when that is beyond 64 bits. Count is positive.
+std::optional<Unit> multiple(std::int64_t count, const Unit& unit);
+
+// The unit as a text, 10ms say; nothing when it is no multiple of one that has a name.
+std::optional<std::string> printUnit(const ValueRules& rules, const Unit& unit);
+// The same back; nothing when text is none for a setting of the kind.
+std::optional<Unit> parseUnit(const ValueRules& rules, const std::string& text);
+
 // The units that texts of the kind may have, the smallest first: of a duration those that it holds
 // exactly.
 std::vector<Unit> unitsOf(const ValueRules& rules);

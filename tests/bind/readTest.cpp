@@ -9,6 +9,7 @@
 #include "TemporaryFolder.hpp"
 #include "cppUtil/err/Exception.hpp"
 #include "service/util/config/bind.hpp"
+#include "service/util/config/bind/Settings.hpp"
 #include "service/util/config/internal/Config.hpp"
 
 using namespace service::util::config;
@@ -114,6 +115,23 @@ std::string asFile(const std::string& text) {
   return "<config>" + file + "</config>";
 }
 
+// What the exported settings find must be what the program finds, but for its checks across fields.
+void expectSameByExport(const IConfigPtr& config, const xml::Origins& origins,
+                        const bind::Overrides& overrides, const TemporaryFolder& folder,
+                        const std::vector<xml::Problem>& expected) {
+  folder.write("settings.xml", bind::Settings::of<Plant>().toXml("plant"));
+  const auto settings = bind::Settings::load(folder.path / "settings.xml");
+  std::vector<xml::Problem> problems;
+  settings.check(config, origins, overrides, problems, {xml::Severity::WARNING, true});
+  auto problem = problems.begin();
+  for (const xml::Problem& wanted : expected) {
+    if (wanted.rule == "refused") continue;
+    ASSERT_NE(problem, problems.end());
+    EXPECT_EQ(bind::toText(*problem++), bind::toText(wanted));
+  }
+  EXPECT_EQ(problem, problems.end());
+}
+
 std::string read(const Row& row, bool isInMemory = false) {
   const TemporaryFolder folder;
   const std::string top = row.top;
@@ -139,6 +157,7 @@ std::string read(const Row& row, bool isInMemory = false) {
   std::vector<xml::Problem> problems;
   const auto plant = isInMemory ? bind::read<Plant>(config, problems, overrides)
                                 : bind::read<Plant>(config, origins, problems, overrides);
+  if (!isInMemory) expectSameByExport(config, origins, overrides, folder, problems);
   for (const std::string& variable : variables) ::unsetenv(variable.c_str());
   std::string result = plant ? shown(*plant) + "\n" : "";
   for (const xml::Problem& problem : problems) {

@@ -1,7 +1,7 @@
 """Entities and document types: expansion far beyond the size of the document ends in an error, and
 what people use entities for still loads."""
 
-from harness import Row, at, config, failed, loaded, prop, reported
+from harness import Row, at, config, loaded, prop, reported
 
 TOO_LARGE = at(("{N}", "{N}"), "document expands too far beyond its size")
 TOO_LARGE_THERE = at(("{N}", "{N}"), "document expands too far beyond its size", "d.dtd")
@@ -32,61 +32,35 @@ def dtd(text):
     return {"main.xml": config(prop("x"), prolog='<!DOCTYPE config SYSTEM "d.dtd">'), "d.dtd": text}
 
 
-def recursion(entity, file="main.xml"):
-    return reported(("FATAL", "{DIR}/" + file, "{N}", "{N}", 
-                     f"recursive entity expansion '{entity}'"))
-
-
 def bombs():
+    """A row for each way to make much of little, and for each bound on it."""
+    block = f'<!ENTITY e "{"x" * 100000}">'
     yield "laughs in content", bomb(LAUGHS, prop("&e12;")), TOO_LARGE
     yield "laughs in an attribute", bomb(LAUGHS, prop("x", "&e12;")), TOO_LARGE
-    yield "laughs in the default of an attribute", bomb(
-        LAUGHS + '<!ATTLIST property name CDATA "&e12;">', "<property>x</property>"), TOO_LARGE
     yield "laughs in a default that nobody uses", bomb(
         LAUGHS + '<!ATTLIST section name CDATA "&e12;">', prop("x")), TOO_LARGE
     yield "laughs of empty entities", bomb(
         LAUGHS.replace("laughter", ""), prop("x&e12;")), TOO_LARGE
     yield "laughs of elements", bomb(
         LAUGHS.replace("laughter", prop("x").replace('"', "'")), "&e12;"), TOO_LARGE
-    yield "laughs in a section that is not read", bomb(LAUGHS, "<other>&e12;</other>"), TOO_LARGE
-    yield "quadratic in content", bomb(
-        f'<!ENTITY e "{"x" * 100000}">', prop("&e;" * 20000)), TOO_LARGE
-    yield "quadratic in an attribute", bomb(
-        f'<!ENTITY e "{"x" * 100000}">', prop("x", "&e;" * 20000)), TOO_LARGE
     yield "quadratic in a default", bomb(
-        f'<!ENTITY e "{"x" * 100000}"><!ATTLIST property name CDATA "{"&e;" * 20000}">',
-        "<property>x</property>"), TOO_LARGE
+        f'{block}<!ATTLIST property name CDATA "{"&e;" * 20000}">', prop("x")), TOO_LARGE
     yield "quadratic in a section that is not read", bomb(
-        f'<!ENTITY e "{"x" * 100000}">', f"<other>{'&e;' * 20000}</other>"), TOO_LARGE
+        block, f"<other>{'&e;' * 20000}</other>"), TOO_LARGE
     yield "quadratic blanks in tags", bomb(
         f"""<!ENTITY e "<a{' ' * 100000}/>">""", "&e;" * 20000), TOO_LARGE
-    yield "quadratic blanks in tokens", bomb(
-        f'<!ENTITY e "{" " * 100000}"><!ATTLIST a b NMTOKENS "x">',
-        '<a b="x&e;"/>' * 20000), TOO_LARGE
-    yield "a file again and again", {
-        "main.xml": bomb('<!ENTITY e SYSTEM "e.txt">', prop("&e;" * 20000)),
-        "e.txt": "x" * 100000}, at((1, 100001), "document expands too far beyond its size", "e.txt")
     yield "a file again and again in a section that is not read", {
         "main.xml": bomb('<!ENTITY e SYSTEM "e.txt">', f"<other>{'&e;' * 20000}</other>"),
         "e.txt": "x" * 100000}, at((1, "{N}"), "document expands too far beyond its size", "e.txt")
     yield "a long default at many elements", bomb(
         f'<!ATTLIST a b CDATA "{"x" * 100000}">', "<a/>" * 20000), TOO_LARGE
-    yield "parameter entities in the document", bomb(
-        f"<!ENTITY % p0 '<!-- -->'>\n{ESCAPED_DOUBLINGS}%p40;", prop("x")), TOO_LARGE
     yield "empty parameter entities in the document", bomb(
         f"<!ENTITY % p0 ''>\n{ESCAPED_DOUBLINGS}%p40;", prop("x")), TOO_LARGE
-    yield "parameter entities in a file", dtd(
-        f'<!ENTITY % p0 "<!-- -->">\n{DOUBLINGS}%p40;'), TOO_LARGE_THERE
     yield "parameter entities in a value", dtd(
         f'<!ENTITY % p0 "xxxxxxxx">\n{DOUBLINGS}<!ENTITY e "%p40;">'), TOO_LARGE_THERE
-    yield "blank parameter entities in a file", dtd(
-        f'<!ENTITY % p0 " ">\n{DOUBLINGS}%p40;'), TOO_LARGE_THERE
     yield "quadratic parameter entities", dtd(
         f'<!ENTITY % p "{"<!-- -->" * 10000}">\n' + "%p;\n" * 20000), TOO_LARGE_THERE
     yield "deep chain in content", bomb(chain(20000), prop("&e20000;")), TOO_DEEP
-    yield "deep chain in an attribute", bomb(chain(20000), prop("x", "&e20000;")), TOO_DEEP
-    yield "deep chain in a default", bomb(
-        chain(20000) + '<!ATTLIST a b CDATA "&e20000;">', prop("x")), TOO_DEEP
     yield "deep chain of files", {
         "main.xml": bomb("".join(f'<!ENTITY e{i} SYSTEM "e{i}.txt">' for i in range(200)),
                          prop("&e0;")),
@@ -95,18 +69,8 @@ def bombs():
     yield "deep elements in a file", {
         "main.xml": bomb('<!ENTITY e SYSTEM "e.txt">', "&e;"), "e.txt": "\n" + "<a>" * 100000}, \
         at((2, "{N}"), "elements nested too deeply for the stack", "e.txt")
-    yield "recursion in content", bomb(
-        '<!ENTITY a "&b;"><!ENTITY b "&a;">', prop("&a;")), recursion("a")
-    yield "recursion in an attribute", bomb(
-        '<!ENTITY a "&b;"><!ENTITY b "&a;">', prop("x", "&a;")), recursion("a")
-    yield "recursion of parameter entities", dtd(
-        '<!ENTITY % a "&#37;b;"><!ENTITY % b "&#37;a;">%a;'), recursion("a", "d.dtd")
-    yield "recursion of a file", {
-        "main.xml": bomb('<!ENTITY e SYSTEM "e.xml">', prop("&e;")), "e.xml": "&e;"}, \
-        recursion("e", "e.xml")
-    yield "a document type that is its own", {
-        "main.xml": config(prop("x"), prolog='<!DOCTYPE config SYSTEM "d.dtd">'),
-        "d.dtd": '<!ENTITY % d SYSTEM "d.dtd">%d;'}, recursion("d", "d.dtd")
+    yield "a document type that is its own", dtd('<!ENTITY % d SYSTEM "d.dtd">%d;'), reported(
+        ("FATAL", "{DIR}/d.dtd", "{N}", "{N}", "recursive entity expansion 'd'"))
 
 
 def legitimate():
@@ -117,19 +81,13 @@ def legitimate():
         f'<!ENTITY site "plant7"><!ENTITY long "{"x" * 65536}">',
         "".join(prop("x", f"&site;.{i}") for i in range(1000, 2100))), \
         loaded(*(f"plant7.{i}=x" for i in range(1000, 2100)))
-    yield "parameter entities beside a long one", dtd(
-        f'<!ENTITY % site "plant7"><!ENTITY % long "{"x" * 65536}">' +
-        "".join(f'<!ENTITY e{i} "%site;">' for i in range(1100))), loaded("p=x")
     # As large as what the XML library needs to read an entity.
     yield "200 values of 82,000 characters", config(prop("x" * 82000) * 200), \
         loaded(*["p=" + "x" * 82000] * 200)
-    yield "entities in entities", bomb(
-        chain(50, "deep"), prop("&e50;")), loaded("p=deep")
+    yield "entities in entities", bomb(chain(50, "deep"), prop("&e50;")), loaded("p=deep")
     yield "a local external entity of 5 MB", {
         "main.xml": bomb('<!ENTITY e SYSTEM "parts/e.txt">', prop("&e;")),
         "parts/e.txt": "0123456789" * 500000}, loaded("p=" + "0123456789" * 500000)
-    yield "an entity of 1 MB, four times", bomb(
-        f'<!ENTITY e "{"x" * 1000000}">', prop("&e;&e;&e;&e;")), loaded("p=" + "x" * 4000000)
     yield "a local document type", {
         "main.xml": config("<property>x</property>" + prop("&e;"),
                            prolog='<!DOCTYPE config SYSTEM "parts/d.dtd">'),
@@ -148,8 +106,7 @@ def grammars():
         return {"main.xml": '<!DOCTYPE config SYSTEM "d.dtd"><config><x/></config>',
                 "d.dtd": f"<!ELEMENT config {model}><!ELEMENT x EMPTY><!ELEMENT y EMPTY>"}
 
-    for times in (22, 400):
-        yield f"exponential, {times}", content(f"((x|y)*,x{',(x|y)' * times})"), TOO_LARGE
+    yield "exponential", content(f"((x|y)*,x{',(x|y)' * 22})"), TOO_LARGE
     optional = ",".join(f"e{i}?" for i in range(4000))
     yield "cubic", content(f"({optional})"), too_large
     yield "deep", content("(" * 100000 + "x" + ")?" * 100000), too_large
@@ -162,10 +119,5 @@ def grammars():
 def rows(_port):
     for name, files, expected in grammars():
         yield Row(f"{name} in a document type", files, expected, validate=True)
-    for name, files, expected in bombs():
+    for name, files, expected in (*bombs(), *legitimate()):
         yield Row(name, files, expected)
-    for name, files, expected in legitimate():
-        yield Row(name, files, expected)
-    yield Row("an entity that is not there", bomb('<!ENTITY e SYSTEM "none.txt">', prop("&e;")),
-              reported(("FATAL", "{DIR}/main.xml", "{N}", "{N}",
-                        "unable to open external entity '{DIR}/none.txt'")))

@@ -41,12 +41,6 @@ class Row:
     needs_limit: bool = False  # the outcome comes from the limit on memory
 
 
-@dataclass
-class Program:
-    command: list
-    is_slow: bool  # under an emulator or a sanitizer: no limit on memory, more time
-
-
 def loaded(*lines):
     return "\n".join(("LOADED", *lines)) + "\n"
 
@@ -104,17 +98,18 @@ def matches(text, expected, directory):
     return re.fullmatch(pattern, text) is not None
 
 
-def run(program, row, directory):
-    """What the program printed, and how it ended when not with 0."""
+def run(command, is_slow, row, directory):
+    """What the program printed, and how it ended when not with 0. is_slow: under an emulator or a
+    sanitizer, where there is no limit on memory and more time."""
     arguments = [*row.arguments, *(["--validate"] if row.validate else [])]
     for uri, location in row.schemes:
         arguments += ["--scheme", uri, location]
 
     def prepare():
-        seconds = row.seconds * (20 if program.is_slow else 1)
+        seconds = row.seconds * (20 if is_slow else 1)
         resource.setrlimit(resource.RLIMIT_CPU, (seconds, seconds))
         resource.setrlimit(resource.RLIMIT_CORE, (0, 0))
-        if not program.is_slow:
+        if not is_slow:
             size = row.megabytes * MEBIBYTE
             resource.setrlimit(resource.RLIMIT_AS, (size, size))
         resource.setrlimit(resource.RLIMIT_STACK, (8 * MEBIBYTE, resource.RLIM_INFINITY))
@@ -126,10 +121,10 @@ def run(program, row, directory):
                    **row.environment}
     file = row.file(directory) if callable(row.file) else row.file
     try:
-        process = subprocess.run([*program.command, *arguments, file], preexec_fn=prepare,
+        process = subprocess.run([*command, *arguments, file], preexec_fn=prepare,
                                  env=environment, stdin=subprocess.DEVNULL,
                                  stdout=subprocess.PIPE, stderr=subprocess.PIPE,
-                                 timeout=600 if program.is_slow else 60)
+                                 timeout=600 if is_slow else 60)
     except subprocess.TimeoutExpired:
         return "HUNG\n"
     text = process.stdout.decode("utf-8", "backslashreplace")
@@ -144,17 +139,17 @@ def shortened(text):
     return text if len(text) < 3000 else f"{text[:1500]}\n[...]\n{text[-500:]}"
 
 
-def check(program, rows, listener):
+def check(command, is_slow, rows, listener):
     failures = 0
     for row in rows:
-        if row.needs_limit and program.is_slow:
+        if row.needs_limit and is_slow:
             print(f"-- {row.name}: left out, there is no limit on memory here")
             continue
         connections = listener.count
         directory = Path(tempfile.mkdtemp(prefix="zu-hostile-")).resolve()
         try:
             write(directory, row.files)
-            text = run(program, row, directory)
+            text = run(command, is_slow, row, directory)
         finally:
             shutil.rmtree(os.fsencode(directory), ignore_errors=True)
         connected = listener.count != connections
@@ -191,7 +186,7 @@ def main():
     table = __import__(topic)
     listener = Listener()
     rows = list(table.rows(listener.port))
-    failures = check(Program(command, slow == "slow"), rows, listener)
+    failures = check(command, slow == "slow", rows, listener)
     print(f"{len(rows)} rows, {failures} failed")
     return 1 if failures or not rows else 0
 

@@ -6,7 +6,6 @@
 
 #include <cutil/cutil.h>
 #include <fcntl.h>
-#include <locator/locator.h>
 #include <pthread.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -18,19 +17,20 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <functional>
+#include <iostream>
 #include <string>
 #include <vector>
 #include <xercesc/util/PlatformUtils.hpp>
 
 #include "cppUtil/err/Exception.hpp"
-#include "service/util/config/internal/Config.hpp"
+#include "service/util/config/visit.hpp"
 #include "service/util/config/xml/create.hpp"
+#include "service/util/locator/ConfigLocator.hpp"
 
 namespace {
 
 using service::util::config::IConfigPtr;
-using service::util::config::internal::Config;
+using service::util::locator::ConfigLocator;
 
 struct Options {
   std::string file;
@@ -67,9 +67,6 @@ Options parseOptions(const std::vector<std::string>& arguments) {
     } else if (word == "--during") {
       result.event = next();
       result.eventFile = next();
-    } else if (word == "--uid") {
-      const auto id = static_cast<uid_t>(std::stoul(next()));
-      if (setresuid(id, id, id) != 0) stop("setresuid");
     } else {
       result.file = word;
     }
@@ -88,53 +85,36 @@ void onLog(std::uint32_t /*level*/, const char* message, void* /*context*/) {
   if (options.event == "device" && symlink("/dev/zero", file) != 0) stop("symlink");
 }
 
-void print(const Config& config) {
-  std::string value;
-  for (const std::string& name : config.getPropertyNames()) {
-    for (std::uint32_t i = 0; i < config.getPropertyCount(name); ++i) {
-      config.getProperty(name, value, i);
-      std::printf("%s=", name.c_str());
-      std::fwrite(value.data(), 1, value.size(), stdout);
-      std::putchar('\n');
-    }
+class Printer : public service::util::config::Visitor {
+  using Visited = service::util::config::Visited;
+
+  void property(const Visited& visited, const std::string& value) override {
+    std::cout << visited.name << "=" << value << "\n";
   }
-  for (const std::string& name : config.getSectionNames()) {
-    for (std::uint32_t i = 0; i < config.getSectionCount(name); ++i) {
-      std::printf("%s{\n", name.c_str());
-      print(dynamic_cast<const Config&>(*config.getSection(name, i)));
-      std::puts("}");
-    }
+  bool enterSection(const Visited& visited, const IConfigPtr& /*section*/) override {
+    std::cout << visited.name << "{\n";
+    return true;
   }
-}
+  void leaveSection(const Visited& /*visited*/, const IConfigPtr& /*section*/) override {
+    std::cout << "}\n";
+  }
+};
 
 void load() {
   try {
     const IConfigPtr config =
         service::util::config::xml::create(options.file, options.schemes, options.validate);
-    std::puts("LOADED");
-    print(dynamic_cast<const Config&>(*config));
+    std::cout << "LOADED\n";
+    Printer printer;
+    visit(config, printer);
   } catch (const cppUtil::err::Exception& e) {
-    std::printf("FAILED %u\n%s\n", e.getCode(), e.getMessage().c_str());
+    std::cout << "FAILED " << e.getCode() << "\n" << e.getMessage() << "\n";
   }
 }
 
 void* loadOnThread(void* /*unused*/) {
   load();
   return nullptr;
-}
-
-std::vector<std::string> searchPath() {
-  std::vector<std::string> directories;
-  std::size_t count = 0;
-  cu_SearchPath_count(getConfigLocator(), &count);
-  cu_String* text = nullptr;
-  cu_String_new(&text, 0);
-  for (std::size_t i = 0; i < count; ++i) {
-    cu_SearchPath_get(getConfigLocator(), i, text);
-    directories.emplace_back(cu_String_get(text));
-  }
-  cu_String_delete(&text);
-  return directories;
 }
 
 }  // namespace
@@ -159,7 +139,7 @@ int main(int argc, char** argv) {
   options = parseOptions({argv + 1, argv + argc});
   cu_Logger_setThreshold(CU_DEBUG);
   cu_Logger_setCallback(onLog, nullptr);
-  const std::vector<std::string> before = searchPath();
+  const std::vector<std::string> before = ConfigLocator::getEntries();
 
   if (options.laterStack != 0) {
     service::util::config::xml::create("first.xml", {}, false);
@@ -179,13 +159,9 @@ int main(int argc, char** argv) {
     pthread_join(thread, nullptr);
   }
 
-  if (searchPath() != before) {
-    std::puts("SEARCH PATH CHANGED");
-    return 1;
-  }
-  if (xercesc::XMLPlatformUtils::fgMemoryManager != nullptr) {
-    std::puts("XML LIBRARY STILL INITIALISED");
-    return 1;
-  }
-  return 0;
+  const bool isPathChanged = ConfigLocator::getEntries() != before;
+  const bool isXmlInitialised = xercesc::XMLPlatformUtils::fgMemoryManager != nullptr;
+  if (isPathChanged) std::cout << "SEARCH PATH CHANGED\n";
+  if (isXmlInitialised) std::cout << "XML LIBRARY STILL INITIALISED\n";
+  return isPathChanged || isXmlInitialised ? 1 : 0;
 }

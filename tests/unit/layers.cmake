@@ -61,9 +61,11 @@ room(live FILES src/live/*.hpp src/live/*.cpp SEES "live/" "service/util/config/
 # The command is a caller of the library. The text functions are built into both.
 room(shared FILES tools/zuconfig/shared/*.hpp tools/zuconfig/shared/*.cpp
   SEES "(shared|report|CLI|nlohmann)/" ${public})
+room(page FILES tools/zuconfig/page/*.hpp tools/zuconfig/page/*.cpp
+  SEES "(page|shared|report|nlohmann)/" ${public})
 room(commands FILES tools/zuconfig/commands/*.hpp tools/zuconfig/commands/*.cpp
     tools/zuconfig/main.cpp
-  SEES "(commands|shared|CLI|nlohmann)/" ${public})
+  SEES "(commands|page|shared|CLI|nlohmann)/" ${public})
 
 foreach(folder IN ITEMS include src support toolkit platform tools)
   file(GLOB_RECURSE all ${ROOT}/${folder}/*.h ${ROOT}/${folder}/*.hpp ${ROOT}/${folder}/*.cpp)

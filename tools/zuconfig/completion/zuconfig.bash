@@ -28,7 +28,7 @@ _zuconfig_choices() {  # COMMAND [OPTION]
     explain:) choices=(-I --help --schema --validate) ;;
     get:) choices=(-I --all --default --help --null --origin --schema --validate) ;;
     includes:) choices=(-I --format --help) ;;
-    includes:--format) choices=(dot json tree) ;;
+    includes:--format) choices=(dot json svg tree) ;;
     list:) choices=(-I --help --null --schema --validate) ;;
     path:) choices=(-I --help --null) ;;
     tree:) choices=(-I --help --origins --schema --validate) ;;

@@ -2,7 +2,6 @@
 #ifndef TOOLS_ZUCONFIG_SHARED_LOADER_HPP
 #define TOOLS_ZUCONFIG_SHARED_LOADER_HPP
 
-#include <CLI/CLI.hpp>
 #include <optional>
 #include <string>
 #include <vector>
@@ -16,6 +15,10 @@
 #include "shared/FileNames.hpp"
 #include "shared/Spool.hpp"
 #include "shared/searchPath.hpp"
+
+namespace CLI {
+class App;  // its header takes seconds to compile
+}
 
 namespace zuconfig {
 

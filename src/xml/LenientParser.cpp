@@ -5,6 +5,7 @@
 #include <xercesc/framework/XMLErrorCodes.hpp>
 #include <xercesc/framework/XMLValidityCodes.hpp>
 #include <xercesc/internal/XMLScanner.hpp>
+#include <xercesc/util/XMLExceptMsgs.hpp>
 #include <xercesc/util/XMLString.hpp>
 #include <xercesc/util/XMLUni.hpp>
 
@@ -72,9 +73,9 @@ Fault faultOf(unsigned int code, const XMLCh* domain, XMLErrorReporter::ErrTypes
             {},
             quotedName(message)};
   }
-  // Values that their type does not allow.
+  // Values that their type does not allow, and declarations in the document itself.
   if (XMLString::equals(domain, XMLUni::fgExceptDomain) &&
-      type == XMLErrorReporter::ErrType_Error) {
+      (type == XMLErrorReporter::ErrType_Error || code == xercesc::XMLExcepts::Val_CantHaveIntSS)) {
     return {Fault::INVALID, message, {}};
   }
   if (XMLString::equals(domain, XMLUni::fgXMLErrDomain)) {

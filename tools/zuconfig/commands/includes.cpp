@@ -7,6 +7,7 @@
 #include "page/picture.hpp"
 #include "shared/IncludeGraph.hpp"
 #include "shared/Loader.hpp"
+#include "shared/missingFile.hpp"
 #include "shared/problems.hpp"
 #include "shared/text.hpp"
 
@@ -146,7 +147,7 @@ struct Includes {
     Loader loader(load);
     IncludeGraph graph;
     const auto problems = xml::check(loader.resolve(file), {}, false, graph);
-    if (graph.root() == nullptr) throw Failure(NOT_LOADED, loader.notFound(file));
+    if (graph.root() == nullptr) throw Failure(NOT_LOADED, notFound(file));
     graph.addMissing(problems);
     GraphPrinter printer(loader.getNames());
     if (format == "dot") {

@@ -5,6 +5,7 @@
 #include "commands/Command.hpp"
 #include "service/util/locator/ConfigLocator.hpp"
 #include "shared/Loader.hpp"
+#include "shared/missingFile.hpp"
 #include "shared/text.hpp"
 
 namespace zuconfig {
@@ -37,10 +38,7 @@ struct Path {
       return FINE;
     }
     const auto matches = ConfigLocator::findAll(wanted);
-    if (matches.empty()) {
-      throw Failure(
-          NO, printable(wanted) + ": not found on the search path" + hintForMissing(wanted, ""));
-    }
+    if (matches.empty()) throw Failure(NO, notFound(wanted));
     for (const auto& match : matches) {
       print(match.file,
             (&match == &matches.front() ? "found, " : "shadowed, ") + source(match, loader));

@@ -182,9 +182,4 @@ std::vector<Problem> Loader::check(const std::string& resolved) {
   return service::util::config::xml::check(resolved, schemes, validate, observer);
 }
 
-std::string Loader::notFound(const std::string& file) const {
-  return printable(file) + ": not found on the search path, which \"zuconfig path\" shows" +
-         hintForMissing(file, "");
-}
-
 }  // namespace zuconfig

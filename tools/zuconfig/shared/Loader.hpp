@@ -67,9 +67,6 @@ class Loader {
   // The search path as it is for the files that are loaded.
   std::vector<PathEntry> searchPath() const { return getSearchPath(prepended); }
 
-  // Why file is not there.
-  std::string notFound(const std::string& file) const;
-
  private:
   void prepend(const std::string& directory, const char* source);
   IConfigPtr load(const std::string& file, Origins* origins);

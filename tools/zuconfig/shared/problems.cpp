@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "shared/searchPath.hpp"
+#include "shared/missingFile.hpp"
 #include "shared/text.hpp"
 
 namespace zuconfig {

@@ -1,8 +1,9 @@
 // The three forms of a report: for the eye and for editors, for scripts, for code hosts.
 #include <cctype>
 #include <iostream>
-#include <map>
 #include <nlohmann/json.hpp>
+#include <set>
+#include <sstream>
 
 #include "report/ProblemText.hpp"
 #include "shared/problems.hpp"
@@ -16,8 +17,26 @@ using json = nlohmann::ordered_json;
 using service::util::config::report::nameOf;
 
 // Names of files need not be UTF-8.
-void print(const json& document) {
-  std::cout << printableJson(document.dump(2, ' ', false, json::error_handler_t::replace)) << "\n";
+std::string dumped(const json& document) {
+  return printableJson(document.dump(2, ' ', false, json::error_handler_t::replace));
+}
+
+// Prints document, whose last list is empty and stands behind indent blanks, with what entryOf
+// makes of each finding in that list. One entry after the other: of all of them together a report
+// is made that takes many times the memory of the findings.
+template <class EntryOf>
+void printWith(const json& document, std::size_t indent, const std::vector<Finding>& findings,
+               const EntryOf& entryOf) {
+  const std::string frame = dumped(document);
+  const std::size_t list = frame.rfind("[]") + 1;
+  const std::string lineBreak = "\n" + std::string(indent, ' ');
+  std::cout << frame.substr(0, list);
+  for (const Finding& finding : findings) {
+    std::cout << (&finding == &findings.front() ? "" : ",");
+    std::istringstream lines(dumped(entryOf(finding)));
+    for (std::string line; std::getline(lines, line);) std::cout << lineBreak << "  " << line;
+  }
+  std::cout << (findings.empty() ? "" : lineBreak) << frame.substr(list) << "\n";
 }
 
 json inJson(const Range& range, const FileNames& names) {
@@ -85,9 +104,9 @@ void printText(std::ostream& out, const Colours& colours, const std::vector<Find
 }
 
 void printJson(const std::vector<Finding>& findings, const FileNames& names, SourceText& source) {
-  json list = json::array();
-  for (const auto& [problem, range] : findings) {
-    json entry = inJson(range, names);
+  printWith(json::array(), 0, findings, [&](const Finding& finding) {
+    const Problem& problem = finding.problem;
+    json entry = inJson(finding.range, names);
     entry["severity"] = nameOf(problem.severity);
     entry["rule"] = problem.rule;
     entry["message"] = problem.message;
@@ -95,29 +114,23 @@ void printJson(const std::vector<Finding>& findings, const FileNames& names, Sou
     for (const Location& include : problem.includes) {
       entry["includes"].push_back(inJson(source.rangeOf(include), names));
     }
-    list.push_back(entry);
-  }
-  print(list);
+    return entry;
+  });
 }
 
 void printSarif(const std::vector<Finding>& findings, const FileNames& names, SourceText& source) {
-  std::map<std::string, json> rules;
-  json results = json::array();
-  for (const Finding& finding : findings) {
-    rules.emplace(finding.problem.rule, json{{"id", finding.problem.rule}});
-    results.push_back(sarifResult(finding, names, source));
-  }
+  std::set<std::string> rules;
+  for (const Finding& finding : findings) rules.insert(finding.problem.rule);
   json ruleList = json::array();
-  for (auto& [id, rule] : rules) ruleList.push_back(rule);
-  const json driver = {
-      {"name", "zuconfig"}, {"version", ZUCONFIG_VERSION}, {"rules", std::move(ruleList)}};
-  const json run = {{"tool", {{"driver", driver}}},
-                    {"columnKind", "utf16CodeUnits"},
-                    {"results", std::move(results)}};
+  for (const std::string& rule : rules) ruleList.push_back({{"id", rule}});
+  const json driver = {{"name", "zuconfig"}, {"version", ZUCONFIG_VERSION}, {"rules", ruleList}};
+  const json run = {
+      {"tool", {{"driver", driver}}}, {"columnKind", "utf16CodeUnits"}, {"results", json::array()}};
   const json report = {{"$schema", "https://json.schemastore.org/sarif-2.1.0.json"},
                        {"version", "2.1.0"},
                        {"runs", json::array({run})}};
-  print(report);
+  printWith(report, 6, findings,
+            [&](const Finding& finding) { return sarifResult(finding, names, source); });
 }
 
 }  // namespace zuconfig

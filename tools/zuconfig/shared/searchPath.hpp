@@ -23,11 +23,6 @@ std::string whyNoDirectory(const std::string& directory);
 // A directory of the search path, for the eye.
 std::string shownDirectory(const std::string& directory);
 
-// What to add to the message that name is not found, beside the file includer, unless that is
-// empty, and along the search path: that it is no file to read, or the names that may have been
-// meant.
-std::string hintForMissing(const std::string& name, const std::string& includer);
-
 }  // namespace zuconfig
 
 #endif

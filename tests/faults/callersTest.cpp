@@ -69,18 +69,19 @@ TEST(Callers, KeepTheirOwnInitialisation) {
 
 // The heap counts what threads keep for themselves as in use; glibc is told to keep nothing. The
 // sanitizers have a heap of their own, and look for leaks themselves.
-TEST(Callers, LoadTenThousandTimesWithLevelMemory) {
+TEST(Callers, LoadOverAndOverWithLevelMemory) {
   if (std::getenv("GLIBC_TUNABLES") == nullptr) GTEST_SKIP() << "set by ctest";
   const auto used = [] {
     const struct mallinfo2 heap = mallinfo2();
     return heap.uordblks + heap.hblkhd;
   };
   std::size_t after1000 = 0;
-  for (int count = 0; count < 10000 / ZU_STRIDE; count += loadsOfAll) {
+  const bool isLimited = ZU_STRIDE > 7;
+  for (int count = 0; count < (isLimited ? 400 : 2000); count += loadsOfAll) {
     if (count == 1000) after1000 = used();
     loadAll();
   }
-  if (ZU_STRIDE == 1) {
+  if (!isLimited) {
     EXPECT_EQ(used(), after1000);
   }
 }

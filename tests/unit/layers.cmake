@@ -13,7 +13,9 @@ set(toolkit "xerces/" "xercesc/")
 set(model "model/" "service/util/config/(IConfig|Select|visit)\\.hpp" "service/util/config/internal/"
     "service/util/config/errorModule\\.hpp" "cppUtil/(err|internal|export)" "cutil/")
 set(load "load/" "service/util/config/xml/" ${model} ${support} ${platform})
-set(public "service/util/config/" "service/util/locator/" "cppUtil/" ${platform})
+# What the command is built with: all that is public, and the text functions.
+set(public "service/util/config/" "service/util/locator/" "cppUtil/(err|fileName|logger)/"
+    "cppUtil/internal/(Character|text)\\.hpp" ${platform})
 
 set(checked "")
 
@@ -39,16 +41,17 @@ room(cutil FILES platform/cutil/*.h platform/cutil/*.hpp platform/cutil/*.cpp SE
 room(locator FILES platform/locator/*.h platform/locator/*.hpp platform/locator/*.cpp
   SEES ${platform})
 room(support FILES support/*.hpp support/*.cpp SEES ${support} ${platform})
-room(toolkit FILES toolkit/*.hpp toolkit/*.cpp SEES ${toolkit} "cppUtil/(export|internal/)")
+room(toolkit FILES toolkit/*.hpp toolkit/*.cpp SEES ${toolkit} "cppUtil/(export|internal/Position)\\.hpp")
 room(model FILES src/model/*.hpp src/model/*.cpp include/service/util/config/IConfig.hpp
     include/service/util/config/Select.hpp include/service/util/config/visit.hpp
     include/service/util/config/internal/*.hpp
   SEES ${model})
 room(grammar FILES src/grammar/* include/service/util/config/grammar/*.hpp
   SEES "service/util/config/grammar/" "cppUtil/export\\.hpp")
-room(load FILES src/load/*.hpp src/load/*.cpp include/service/util/config/xml/*.hpp include/service/util/config/xml/*.in
+room(load FILES src/load/*.hpp src/load/*.cpp include/service/util/config/xml/*.hpp
+    include/service/util/config/xml/*.in
   SEES ${load})
-room(plain FILES src/plain/*.hpp src/plain/*.cpp 
+room(plain FILES src/plain/*.hpp src/plain/*.cpp
   SEES "plain/" "service/util/config/grammar/" ${load})
 room(report FILES src/report/*.hpp src/report/*.cpp SEES "report/" ${load})
 room(xml FILES src/xml/*.hpp src/xml/*.cpp
@@ -58,14 +61,14 @@ room(bind FILES src/bind/*.hpp src/bind/*.cpp include/service/util/config/bind.h
   SEES "bind/" "service/util/config/bind[./]" ${load})
 room(live FILES src/live/*.hpp src/live/*.cpp SEES "live/" "service/util/config/live" ${load})
 
-# The command is a caller of the library. The text functions are built into both.
+# The command is a caller of the library. No command calls another.
 room(shared FILES tools/zuconfig/shared/*.hpp tools/zuconfig/shared/*.cpp
   SEES "(shared|report|CLI|nlohmann)/" ${public})
 room(page FILES tools/zuconfig/page/*.hpp tools/zuconfig/page/*.cpp
   SEES "(page|shared|report|nlohmann)/" ${public})
 room(commands FILES tools/zuconfig/commands/*.hpp tools/zuconfig/commands/*.cpp
     tools/zuconfig/main.cpp
-  SEES "(commands|page|shared|CLI|nlohmann)/" ${public})
+  SEES "commands/Command\\.hpp" "(page|shared|CLI|nlohmann)/" ${public})
 
 foreach(folder IN ITEMS include src support toolkit platform tools)
   file(GLOB_RECURSE all ${ROOT}/${folder}/*.h ${ROOT}/${folder}/*.hpp ${ROOT}/${folder}/*.cpp)

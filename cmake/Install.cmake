@@ -67,9 +67,10 @@ install(TARGETS ${ZU_INSTALLED_LIBRARIES} EXPORT zuUtilConfig
     COMPONENT Runtime NAMELINK_COMPONENT Development
   FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT Development)
 
-# No dependencies to look for, so the exported targets are the whole package.
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/zuUtilConfig)
-install(EXPORT zuUtilConfig FILE zuUtilConfigConfig.cmake NAMESPACE zu::
+install(EXPORT zuUtilConfig FILE zuUtilConfigTargets.cmake NAMESPACE zu::
+  DESTINATION ${package_dir} COMPONENT Development)
+install(FILES cmake/zuUtilConfigConfig.cmake cmake/zuExportSettings.cmake
   DESTINATION ${package_dir} COMPONENT Development)
 write_basic_package_version_file(zuUtilConfigConfigVersion.cmake COMPATIBILITY SameMajorVersion)
 install(FILES ${PROJECT_BINARY_DIR}/zuUtilConfigConfigVersion.cmake

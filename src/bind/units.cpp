@@ -29,27 +29,46 @@ std::optional<std::uint64_t> product(std::uint64_t a, std::uint64_t b) {
   return result;
 }
 
-}  // namespace
+// A whole number of a unit, as one of the type's: times factor, by divisor.
+struct Scale {
+  std::uint64_t factor;
+  std::uint64_t divisor;
+};
 
-std::optional<Number> inUnit(const ValueRules& rules, const Number& number, const Unit& unit) {
+// Nothing when it is beyond 64 bits.
+std::optional<Scale> scaleOf(const ValueRules& rules, const Unit& unit) {
   const auto numerator = static_cast<std::uint64_t>(unit.numerator);
   const auto denominator = static_cast<std::uint64_t>(unit.denominator);
   // The unit in that of the type is (numerator / of) * (per / denominator), both in lowest terms.
   const auto of = static_cast<std::uint64_t>(rules.numerator);
   const auto per = static_cast<std::uint64_t>(rules.denominator);
-  if (rules.isFloating) {
-    return Number::floatingOf(number.floating * static_cast<long double>(numerator) /
-                              static_cast<long double>(denominator) *
-                              static_cast<long double>(per) / static_cast<long double>(of));
-  }
   const auto factor =
       product(numerator / std::gcd(numerator, of), per / std::gcd(per, denominator));
   const auto divisor =
       product(denominator / std::gcd(per, denominator), of / std::gcd(numerator, of));
-  if (!factor || !divisor || number.magnitude % *divisor != 0) return std::nullopt;
-  const auto magnitude = product(number.magnitude / *divisor, *factor);
+  if (!factor || !divisor) return std::nullopt;
+  return Scale{*factor, *divisor};
+}
+
+}  // namespace
+
+std::optional<Number> inUnit(const ValueRules& rules, const Number& number, const Unit& unit) {
+  if (rules.isFloating) {
+    return Number::floatingOf(number.floating * static_cast<long double>(unit.numerator) /
+                              static_cast<long double>(unit.denominator) *
+                              static_cast<long double>(rules.denominator) /
+                              static_cast<long double>(rules.numerator));
+  }
+  const auto scale = scaleOf(rules, unit);
+  if (!scale || number.magnitude % scale->divisor != 0) return std::nullopt;
+  const auto magnitude = product(number.magnitude / scale->divisor, scale->factor);
   if (!magnitude) return std::nullopt;
   return Number::whole(number.isNegative, *magnitude);
+}
+
+bool hasFraction(const ValueRules& rules, const Number& number, const Unit& unit) {
+  const auto scale = rules.isFloating ? std::nullopt : scaleOf(rules, unit);
+  return scale && number.magnitude % scale->divisor != 0;
 }
 
 std::optional<std::string> printUnit(const ValueRules& rules, const Unit& unit) {

@@ -58,7 +58,7 @@ std::string expectation(const ValueRules& rules) {
   }
 }
 
-enum class Outcome { FINE, WRONG, TOO_LARGE };
+enum class Outcome { FINE, WRONG, TOO_LARGE, FRACTION };
 
 bool isLetter(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
@@ -110,6 +110,9 @@ Outcome readMeasure(const ValueRules& rules, std::string_view text, Number& numb
   const Outcome outcome = readNumber(rules, text.substr(0, end), number);
   if (!unit || outcome == Outcome::WRONG) return Outcome::WRONG;
   const auto measure = inUnit(rules, number, *unit);
+  if (!measure && outcome == Outcome::FINE && hasFraction(rules, number, *unit)) {
+    return Outcome::FRACTION;
+  }
   if (measure) number = *measure;
   return measure ? outcome : Outcome::TOO_LARGE;
 }
@@ -158,6 +161,9 @@ std::optional<Fault> parseNumber(const ValueRules& rules, const std::string& tex
       rules.hasUnit() ? readMeasure(rules, text, number) : readNumber(rules, text, number);
   if (outcome == Outcome::WRONG) {
     return Fault{"bad-value", quoted(text) + " is not " + expectation(rules)};
+  }
+  if (outcome == Outcome::FRACTION) {
+    return Fault{"out-of-range", text + " is not a multiple of " + print(rules, Number::of(1))};
   }
   auto [least, greatest] = boundsOf(rules);
   if (rules.least) least = *rules.least;

@@ -70,6 +70,9 @@ Number load(const ValueRules& rules, const void* value);
 // it has a fraction or more than 64 bits.
 std::optional<Number> inUnit(const ValueRules& rules, const Number& number, const Unit& unit);
 
+// Whether that is for a fraction.
+bool hasFraction(const ValueRules& rules, const Number& number, const Unit& unit);
+
 // count of them as one, in lowest terms; nothing when that is beyond 64 bits. Count is positive.
 std::optional<Unit> multiple(std::int64_t count, const Unit& unit);
 

@@ -66,6 +66,30 @@ std::string shown(const T& value) {
   }
 }
 
+// A value with a bare unit: of seconds, finer than the type, of bytes.
+struct Bare {
+  std::chrono::seconds coarse{0};
+  std::chrono::milliseconds fine{0};
+  bind::Bytes blocks;
+};
+bind::Fields describe(bind::Is<Bare> /*bare*/) {
+  using bind::field;
+  return {field<&Bare::coarse>("coarse").bareUnit(20ms), field<&Bare::fine>("fine").bareUnit(500us),
+          field<&Bare::blocks>("blocks").bareUnit(bind::Bytes{512})};
+}
+
+std::string asBare(const std::string& text) {
+  const std::string name = text.substr(0, text.find('='));
+  const auto config = std::make_shared<internal::Config>();
+  config->addProperty(name, text.substr(name.size() + 1));
+  std::string values;
+  const std::string failure = failureOf([&] {
+    const Bare bare = bind::read<Bare>(config);
+    values = shown(bare.coarse) + " " + shown(bare.fine) + " " + shown(bare.blocks);
+  });
+  return failure == "nothing" ? values : failure.substr(failure.find(name) + name.size() + 2);
+}
+
 // The value that text is, or why it is none.
 template <class T>
 std::string asType(const std::string& text) {
@@ -120,7 +144,7 @@ TEST(BindValue, TextsOfEachType) {
       {asType<std::chrono::minutes>, "60s",
        "\"60s\" is not a time with its unit: min, h [bad-value]"},
       {asType<Days>, "48h", "2"},
-      {asType<Days>, "36h", "36h is not in -51539607552h to 51539607528h [out-of-range]"},
+      {asType<Days>, "36h", "36h is not a multiple of 24h [out-of-range]"},
       {asType<Seconds>, "1.5ms", "0.001500"},
       {asType<bind::Bytes>, "2MB", "2000000"},
       {asType<bind::Bytes>, "2MiB", "2097152"},
@@ -128,6 +152,13 @@ TEST(BindValue, TextsOfEachType) {
        "\"2M\" is not a size with its unit: B, kB, MB, GB, KiB, MiB, GiB [bad-value]"},
       {asType<bind::Bytes>, "18446744073709551616B",
        "18446744073709551616B is not in 0B to 18446744073709551615B [out-of-range]"},
+      {asBare, "coarse=50", "1 0 0"},
+      {asBare, "coarse=49", "49 is not a multiple of 1s [out-of-range]"},
+      {asBare, "fine=-3000", "0 -1500 0"},
+      {asBare, "fine=3", "3 is not a multiple of 1ms [out-of-range]"},
+      {asBare, "fine=x",
+       "\"x\" is not a time with its unit: ms, s, min, h, or in 500us without one [bad-value]"},
+      {asBare, "blocks=4", "0 0 2048"},
       {asType<Address>, "host7", "host7"},
       {asType<Address>, "7", "\"7\" is not accepted [bad-value]"},
       {asType<Address>, "host", "\"host\" is not accepted: no number [bad-value]"},

@@ -63,8 +63,12 @@ Exception failure(std::uint32_t code, const Place& place) {
   return Exception(code, 0, "src/config", place.function, place.line, "");
 }
 
+[[noreturn, gnu::cold]] void failEmpty(const Place& place, const char* message) {
+  throw failure(CU_MISSING_ARGUMENT, place) << message;
+}
+
 void requireText(const std::string& text, const Place& place, const char* message) {
-  if (text.empty()) throw failure(CU_MISSING_ARGUMENT, place) << message;
+  if (text.empty()) failEmpty(place, message);
 }
 
 // The number of elements that map holds under name.

@@ -9,12 +9,14 @@ namespace {
 constexpr std::size_t blockSize = 64;
 
 // Whether a block is ASCII without control characters but the line feed, as nearly all are. Written
-// so that compilers use vector instructions.
+// so that compilers use vector instructions, on bytes.
 bool isSimple(const char* block) {
-  unsigned int others = 0;
+  unsigned char others = 0;
   for (std::size_t i = 0; i < blockSize; ++i) {
     const auto byte = static_cast<signed char>(block[i]);
-    others |= static_cast<unsigned int>(byte < ' ') & static_cast<unsigned int>(byte != '\n');
+    const auto isControl = static_cast<unsigned char>(byte < ' ');
+    const auto isOther = static_cast<unsigned char>(byte != '\n');
+    others = static_cast<unsigned char>(others | (isControl & isOther));
   }
   return others == 0;
 }

@@ -112,14 +112,14 @@ class Reader {
     readDeclaration();
     readMiscellaneous();
     expect('<');
-    readStartTag();
+    readElement();
     while (!open.empty()) readContent();
     readMiscellaneous();
     if (at != end) giveUp();
   }
 
  private:
-  // An element whose end tag has not been read.
+  // An element whose content is being read, but for values.
   struct Open {
     std::string_view name;
     std::size_t element;  // its number in the table, or IGNORED
@@ -183,6 +183,14 @@ class Reader {
     if (!is(NAME_START, *at)) giveUp();
     skipAll<NAME>();
     return since(start);
+  }
+
+  // Most often the name is the usual one.
+  std::string_view readName(std::string_view usual) {
+    const char* start = at;
+    if (skip(usual) && !is(NAME, *at)) return usual;
+    at = start;
+    return readName();
   }
 
   // Returns what stands before the next such literal, and skips that too.
@@ -365,9 +373,10 @@ class Reader {
 
   // ---- Elements
 
-  void readStartTag() {
+  // An element from behind its '<' on: a value with its content, of others the start tag.
+  void readElement() {
     if (open.size() == maximumDepth) giveUp();
-    const std::string_view name = readName();
+    const std::string_view name = readName("property");
     const std::optional<Kind> kind = kindOf(name);
     if (!kind) {
       document.isValid = false;
@@ -379,9 +388,16 @@ class Reader {
     const bool isEmpty = skip('/');
     expect('>');
     if (!isEmpty) element.tagEnd = static_cast<std::uint32_t>(at - begin);
+    const bool isValue = element.kind == Kind::PROPERTY || element.kind == Kind::INCLUDE;
+    if (isValue && isEmpty) giveUp();
+    if (isValue) element.text = readValue(name);
+    const std::size_t number = kind ? document.elements.size() : IGNORED;
     if (kind) document.elements.push_back(element);
-    open.push_back({name, kind ? document.elements.size() - 1 : IGNORED});
-    if (isEmpty) closeElement();
+    if (isValue || isEmpty) {
+      close(number);
+    } else {
+      open.push_back({name, number});
+    }
   }
 
   // Nothing for an element that the loader ignores.
@@ -390,7 +406,6 @@ class Reader {
       if (name != "config") giveUp();
       return Kind::CONFIG;
     }
-    if (openValue() != nullptr) giveUp();
     if (open.back().element == IGNORED) return std::nullopt;
     if (name == "property") return Kind::PROPERTY;
     if (name == "section") return Kind::SECTION;
@@ -398,22 +413,29 @@ class Reader {
     return std::nullopt;
   }
 
-  // The text of the innermost open element, if it is to have one.
-  Text* openValue() const {
-    if (open.back().element == IGNORED) return nullptr;
-    Element& element = document.elements[open.back().element];
-    return isValue(element) ? &element.text : nullptr;
-  }
-
-  static bool isValue(const Element& element) {
-    return element.kind == Kind::PROPERTY || element.kind == Kind::INCLUDE;
+  // The content of an element that is to have a text, and its end tag.
+  Text readValue(std::string_view name) {
+    Text text;
+    for (readText(text), expect('<'); !skip('/'); readText(text), expect('<')) {
+      if (skip('?')) {
+        readInstruction();
+      } else if (skip("!--")) {
+        readComment();
+      } else {
+        expect("![CDATA[");
+        readCdata(text);
+      }
+    }
+    readEndTag(name);
+    if (text.size == 0) giveUp();
+    return text;
   }
 
   void readAttributes(Element& element) {
     unsigned int seen = 0;
     others.clear();
     while (skipSpaces() && *at != '>' && *at != '/') {
-      const std::string_view name = readName();
+      const std::string_view name = readName("name");
       const Attribute attribute = attributeOf(name);
       if (attribute == OTHER) {
         requireNew(name);
@@ -449,13 +471,10 @@ class Reader {
     if (name != grammar::targetNamespace) document.isValid = false;
   }
 
-  // Text or white space, and the markup behind it.
+  // What comes next in an element that is to have no text.
   void readContent() {
     Text unused;
-    Text* value = openValue();
-    if (value != nullptr) {
-      readText(*value);
-    } else if (skipSpaces(); *at != '<') {
+    if (skipSpaces(); *at != '<') {
       document.isValid = false;
       readText(unused);
     }
@@ -463,34 +482,33 @@ class Reader {
     switch (*at) {
       case '/':
         ++at;
-        return readEndTag();
+        readEndTag(open.back().name);
+        close(open.back().element);
+        open.pop_back();
+        return;
       case '?':
         ++at;
         return readInstruction();
       case '!':
         if (skip("!--")) return readComment();
         expect("![CDATA[");
-        if (value == nullptr) document.isValid = false;
-        return readCdata(value == nullptr ? unused : *value);
+        document.isValid = false;
+        return readCdata(unused);
       default:
-        return readStartTag();
+        return readElement();
     }
   }
 
-  void readEndTag() {
-    expect(open.back().name);
+  void readEndTag(std::string_view name) {
+    expect(name);
     skipSpaces();
     expect('>');
-    closeElement();
   }
 
-  void closeElement() {
-    if (open.back().element != IGNORED) {
-      Element& element = document.elements[open.back().element];
-      element.end = static_cast<std::uint32_t>(document.elements.size());
-      if (isValue(element) && element.text.size == 0) giveUp();
-    }
-    open.pop_back();
+  // Everything in the element has been read.
+  void close(std::size_t element) {
+    if (element == IGNORED) return;
+    document.elements[element].end = static_cast<std::uint32_t>(document.elements.size());
   }
 
   Document& document;

@@ -6,7 +6,7 @@
 // which also words every error. tests/plain holds both to it.
 //
 // Plain is version 1.0 in UTF-8 without a document type, without prefixes, with names in ASCII and
-// all that the loader asks for: see readPlain.cpp, which can be read from top to bottom.
+// all that the loader asks for: see read.cpp, which can be read from top to bottom.
 #ifndef SRC_PLAIN_READ_HPP
 #define SRC_PLAIN_READ_HPP
 

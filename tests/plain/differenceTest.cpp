@@ -2,7 +2,7 @@
 // and not, and compares all that a caller can notice: the tree, the calls of an observer, the
 // failure, the log and the search path.
 //
-// usage: plain_difference [SEED [COUNT]]
+// usage: plain_difference [SEED [COUNT]] | FOLDER...
 
 #include <cutil/cutil.h>
 #include <locator/locator.h>
@@ -63,12 +63,12 @@ class Story : public service::util::config::xml::Observer {
   }
 };
 
-std::string load(const char* plain, bool validate) {
+std::string load(const std::string& file, const char* plain, bool validate) {
   ::setenv("ZU_CONFIG_PLAIN", plain, 1);
   Story story;
   cu_Logger_setCallback(&Story::log, &story);
   try {
-    service::util::config::xml::create("main.xml", {}, validate, story);
+    service::util::config::xml::create(file, {}, validate, story);
     story.text << "loaded\n";
   } catch (const cppUtil::err::Exception& e) {
     story.text << "code " << e.getCode() << " " << e.getFile() << " " << e.getFunction() << ": "
@@ -99,12 +99,13 @@ struct Counts {
   long plain = 0;
 };
 
-// Loads main.xml, which holds the document, by both ways; tells of a difference and keeps it. A
+// Loads the file, which holds the document, by both ways; tells of a difference and keeps it. A
 // document that is not plain goes one way only, but for one in ten.
 bool areAlike(const fs::path& file, const std::string& document, bool validate, Counts& counts) {
   const bool isPlain = service::util::config::plain::readFile(file, validate).has_value();
-  const std::string expected = load("off", validate);
-  const std::string found = isPlain || document.size() % 10 == 0 ? load("on", validate) : expected;
+  const std::string expected = load(file, "off", validate);
+  const std::string found =
+      isPlain || document.size() % 10 == 0 ? load(file, "on", validate) : expected;
   counts.plain += isPlain ? 1 : 0;
   counts.loaded += expected.find("\nloaded\n") != expected.npos ? 1 : 0;
   if (found == expected) return true;
@@ -144,12 +145,34 @@ int run(std::uint32_t seed, long count) {
   return counts.plain < counts.loaded / 2 ? 1 : 0;
 }
 
+// Tells how many of the files below the folders are plain; of those that load, most must be.
+int tellShare(const std::vector<std::string>& folders) {
+  const service::util::config::xml::Session session;
+  Counts counts;
+  long files = 0;
+  for (const std::string& folder : folders) {
+    for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+      if (entry.path().extension() != ".xml") continue;
+      const std::string file = fs::absolute(entry.path());
+      ++files;
+      if (load(file, "off", false).find("\nloaded\n") == std::string::npos) continue;
+      ++counts.loaded;
+      counts.plain += service::util::config::plain::readFile(file, false) ? 1 : 0;
+    }
+  }
+  std::cout << files << " files; " << counts.loaded << " load, " << counts.plain
+            << " of them are plain\n";
+  return counts.plain < counts.loaded / 2 ? 1 : 0;
+}
+
 }  // namespace
 
+// Arguments: a seed and a number of documents, or folders of files.
 int main(int argc, char** argv) {
   // Where it is not known that the XML library's local code page is UTF-8, the locale decides.
   std::setlocale(LC_ALL, "C.UTF-8");
   try {
+    if (argc > 1 && fs::is_directory(argv[1])) return tellShare({argv + 1, argv + argc});
     return run(argc > 1 ? static_cast<std::uint32_t>(std::atol(argv[1])) : 1,
                argc > 2 ? std::atol(argv[2]) : 1000);
   } catch (const std::exception& failure) {

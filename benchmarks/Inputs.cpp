@@ -9,6 +9,8 @@
 #include <stdexcept>
 #include <system_error>
 
+#include "formats.hpp"
+
 namespace benchmarks {
 
 namespace {
@@ -56,11 +58,14 @@ class Writer : public Sink {
 
 class ConfigWriter : public Writer {
  public:
-  explicit ConfigWriter(const std::string& name) : Writer(name) {
+  // first: what stands in front of the root element. last: its last element.
+  explicit ConfigWriter(const std::string& name, const std::string& first = "",
+                        const std::string& last = "")
+      : Writer(name), last(last) {
     out << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n"
-           "<config xmlns=\"urn:zu:util:config\" name=\"benchmark\" version=\"1.0\">\n";
+        << first << "<config xmlns=\"urn:zu:util:config\" name=\"benchmark\" version=\"1.0\">\n";
   }
-  ~ConfigWriter() override { out << "</config>\n"; }
+  ~ConfigWriter() override { out << last << "</config>\n"; }
 
   void property(const std::string& name, const std::string& value) override {
     out << indent() << "<property name=\"" << name << "\">" << escaped(value) << "</property>\n";
@@ -74,6 +79,8 @@ class ConfigWriter : public Writer {
     out << indent() << "<section name=\"" << name << "\">\n";
   }
   void closeSection(const std::string&) override { out << indent() << "</section>\n"; }
+
+  const std::string last;
 };
 
 class ElementsWriter : public Writer {
@@ -150,10 +157,30 @@ class SampleCollector : public Sink {
   std::vector<std::string> prefixes = {""};
 };
 
+using WriteTree = void (*)(const Tree&, std::ostream&);
+
+void write(const Shape& shape, const std::string& name, WriteTree writeTree) {
+  Tree tree;
+  TreeBuilder builder(tree);
+  generate(shape, seed, builder);
+  std::ofstream out;
+  out.exceptions(std::ios::badbit | std::ios::failbit);
+  out.open(name);
+  writeTree(tree, out);
+}
+
 void write(const Shape& shape, Format format, const std::string& name) {
   switch (format) {
     case Format::CONFIG: {
       ConfigWriter writer(name);
+      return generate(shape, seed, writer);
+    }
+    case Format::DOCUMENT_TYPE: {
+      ConfigWriter writer(name, "<!DOCTYPE config>\n");
+      return generate(shape, seed, writer);
+    }
+    case Format::PREFIX_LAST: {
+      ConfigWriter writer(name, "", "<note:note xmlns:note=\"urn:example:note\"/>\n");
       return generate(shape, seed, writer);
     }
     case Format::ELEMENTS: {
@@ -165,6 +192,16 @@ void write(const Shape& shape, Format format, const std::string& name) {
       FirstOnly filter(writer);
       return generate(shape, seed, filter);
     }
+    case Format::LIBCONFIG_LISTS:
+      return write(shape, name, writeLibconfig);
+    case Format::INFO:
+      return write(shape, name, writeInfo);
+    case Format::JSON:
+      return write(shape, name, writeJson);
+    case Format::TOML:
+      return write(shape, name, writeToml);
+    case Format::YAML:
+      return write(shape, name, writeYaml);
   }
 }
 
@@ -199,8 +236,20 @@ std::vector<std::string> Inputs::sideBySide(std::size_t count) {
   return includes("side", count + 1, false);
 }
 
+std::string Inputs::deep(std::size_t depth) {
+  const std::string path = directory / ("deep" + std::to_string(depth) + ".xml");
+  if (std::filesystem::exists(path)) return path;
+  ConfigWriter writer(path);
+  for (std::size_t i = 0; i < depth; ++i) writer.beginSection("level");
+  writer.property("innermost", "yes");
+  for (std::size_t i = 0; i < depth; ++i) writer.endSection();
+  return path;
+}
+
 std::vector<std::string> Inputs::includes(const std::string& name, std::size_t count, bool nested) {
-  const auto fileName = [&](std::size_t i) { return name + std::to_string(i) + ".xml"; };
+  const auto fileName = [&](std::size_t i) {
+    return name + std::to_string(count) + "-" + std::to_string(i) + ".xml";
+  };
   std::vector<std::string> files;
   for (std::size_t i = 0; i < count; ++i) {
     files.push_back(directory / fileName(i));
@@ -211,6 +260,10 @@ std::vector<std::string> Inputs::includes(const std::string& name, std::size_t c
     if (nested || i != 0) generate(smallShape, seed + static_cast<std::uint32_t>(i), writer);
   }
   return files;
+}
+
+void tell(const Shape& shape, Sink& sink) {
+  generate(shape, seed, sink);
 }
 
 std::vector<Sample> samples(const Shape& shape, std::size_t count) {

@@ -18,9 +18,16 @@ constexpr Shape largeShape = {1000, 4, 26};  // 9 MB
 
 // One configuration in the formats of its readers.
 enum class Format {
-  CONFIG,     // this library's, valid against its grammar
-  ELEMENTS,   // XML with an element per section and property, called as they are
-  LIBCONFIG,  // libconfig's own; the first of each name, as it knows no repetition
+  CONFIG,           // this library's, valid against its grammar
+  DOCUMENT_TYPE,    // the same with a document type, so not plain from the first line on
+  PREFIX_LAST,      // the same with a prefix in the last element, so not plain at its end
+  ELEMENTS,         // XML with an element per section and property, called as they are
+  LIBCONFIG,        // libconfig's own; the first of each name, as it knows no repetition
+  LIBCONFIG_LISTS,  // the same, with lists of what repeats
+  INFO,             // of Boost.PropertyTree
+  JSON,
+  TOML,
+  YAML,
 };
 
 class Inputs {
@@ -36,12 +43,17 @@ class Inputs {
   std::vector<std::string> chain(std::size_t count);
   // The same, but the first file does nothing else than include the `count` others.
   std::vector<std::string> sideBySide(std::size_t count);
+  // Sections in each other, with a property in the innermost.
+  std::string deep(std::size_t depth);
 
  private:
   std::vector<std::string> includes(const std::string& name, std::size_t count, bool nested);
 
   std::filesystem::path directory;
 };
+
+// Tells sink what the files of that shape hold.
+void tell(const Shape& shape, Sink& sink);
 
 // A property of a configuration, by its path "section.section.property". Each part is the first one
 // of its name where it stands.

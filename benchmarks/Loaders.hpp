@@ -9,20 +9,13 @@
 
 #include <boost/property_tree/ptree.hpp>
 #include <libconfig.h++>
-#include <map>
 #include <pugixml.hpp>
 #include <string>
-#include <vector>
 
+#include "Tree.hpp"
 #include "service/util/config/IConfig.hpp"
 
 namespace benchmarks {
-
-// What a program that uses a bare XML parser would keep: the same kind of tree as this library's.
-struct Tree {
-  std::map<std::string, std::vector<std::string>> properties;
-  std::map<std::string, std::vector<Tree>> sections;
-};
 
 service::util::config::IConfigPtr loadConfig(const std::string& file, bool validate);
 

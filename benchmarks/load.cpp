@@ -1,12 +1,15 @@
 // Loads of files, with the floors and peers; loads with includes; growth.
 
 #include <malloc.h>
+#include <stdlib.h>  // setenv
 #include <sys/resource.h>
 
 #include <memory>
 #include <xercesc/util/PlatformUtils.hpp>
 
+#include "FormatLoaders.hpp"
 #include "Loaders.hpp"
+#include "Recorder.hpp"
 #include "registration.hpp"
 #include "service/util/config/xml/Origins.hpp"
 #include "service/util/config/xml/Session.hpp"
@@ -62,6 +65,46 @@ void addLoads(Inputs& inputs, const Input& input) {
   addOne(figure, "tinyxml2 and walk", loadTinyxml2);
 }
 
+// Files that go through the XML library: the reader of plain files gives one up at its start, the
+// other at its end.
+void addNotPlainLoads(Inputs& inputs, const Input& input) {
+  const auto addOne = [&inputs, input](const std::string& figure, const char* who, Format format,
+                                       auto load) {
+    add(figure, who, [&inputs, input, format, load](benchmark::State& state) {
+      const std::string file = inputs.file(input.shape, format);
+      timeMaking(state, input.batch, [&] { return load(file); });
+    });
+  };
+  const auto loadOurs = [](const std::string& file) { return loadConfig(file, false); };
+  const std::string figure = std::string("load ") + input.name + ", not plain";
+  addOne(figure, ours, Format::DOCUMENT_TYPE, loadOurs);
+  addOne(figure, tagged, Format::DOCUMENT_TYPE,
+         [](const std::string& file) { return parse(file, false); });
+  addOne(figure, "pugixml and walk", Format::DOCUMENT_TYPE, loadPugixml);
+  const std::string givenUp = std::string("load ") + input.name + ", given up at the last element";
+  addOne(givenUp, ours, Format::PREFIX_LAST, loadOurs);
+  addOne(givenUp, "with ZU_CONFIG_PLAIN=off", Format::PREFIX_LAST, [](const std::string& file) {
+    ::setenv("ZU_CONFIG_PLAIN", "off", 1);
+    auto config = loadConfig(file, false);
+    ::unsetenv("ZU_CONFIG_PLAIN");
+    return config;
+  });
+}
+
+// The least that any loader into this tree must do.
+void addReadAndBuild(Inputs& inputs, const Input& input) {
+  add(std::string("load ") + input.name, "read the file and build the tree from a vector",
+      [&inputs, input](benchmark::State& state) {
+        const std::string file = inputs.file(input.shape);
+        Recorder content;
+        tell(input.shape, content);
+        timeMaking(state, input.batch, [&] {
+          benchmark::DoNotOptimize(textOf(file));
+          return buildConfig(content);
+        });
+      });
+}
+
 // Undoes the session that the program holds, while it lives.
 class WithoutXmlLibrary {
  public:
@@ -109,15 +152,24 @@ void addObservedLoad(Inputs& inputs, const Shape& shape) {
   });
 }
 
-// files() makes the files when they are first needed.
-template <class Files>
-void addIncludes(const std::string& figure, const Files& files) {
+// files() makes the files when they are first needed; alone() files of the same content that
+// include none.
+template <class Files, class Alone>
+void addIncludes(const std::string& figure, const Files& files, const Alone& alone) {
   for (const bool validate : {false, true}) {
     add(figure, validate ? oursValidated : ours, [files, validate](benchmark::State& state) {
       const std::string first = files().front();
       timeMaking(state, 1, [&] { return loadConfig(first, validate); });
     });
   }
+  add(figure, "sum of its files loaded alone", [alone](benchmark::State& state) {
+    const std::vector<std::string> all = alone();
+    timeMaking(state, 1, [&] {
+      std::vector<service::util::config::IConfigPtr> configs;
+      for (const std::string& file : all) configs.push_back(loadConfig(file, false));
+      return configs;
+    });
+  });
   add(figure, "sum of F1", [files](benchmark::State& state) {
     const std::vector<std::string> all = files();
     timeMaking(state, 1, [&] {
@@ -130,11 +182,16 @@ void addIncludes(const std::string& figure, const Files& files) {
 }  // namespace
 
 void addLoads(Inputs& inputs, const Extent& extent) {
-  addLoads(inputs, smallInput);
+  std::vector<Input> all = {smallInput};
   if (!extent.smallOnly) {
-    addLoads(inputs, {"medium", mediumShape, 1});
-    addLoads(inputs, {"large", largeShape, 1});
+    all.push_back({"medium", mediumShape, 1});
+    all.push_back({"large", largeShape, 1});
   }
+  for (const Input& input : all) {
+    addLoads(inputs, input);
+    addReadAndBuild(inputs, input);
+  }
+  for (const Input& input : all) addNotPlainLoads(inputs, input);
   addColdLoad(inputs);
   addObservedLoad(inputs, extent.smallOnly ? smallShape : largeShape);
 }
@@ -142,10 +199,20 @@ void addLoads(Inputs& inputs, const Extent& extent) {
 void addIncludes(Inputs& inputs, const Extent& extent) {
   const std::size_t chained = extent.smallOnly ? 3 : 100;
   const std::size_t included = extent.smallOnly ? 10 : 1000;
-  addIncludes("load a chain of " + std::to_string(chained) + " includes",
-              [&inputs, chained] { return inputs.chain(chained); });
-  addIncludes("load " + std::to_string(included) + " files side by side",
-              [&inputs, included] { return inputs.sideBySide(included); });
+  // The files that the first one includes stand alone.
+  const auto alone = [&inputs](std::size_t count) {
+    std::vector<std::string> files = inputs.sideBySide(count);
+    files.erase(files.begin());
+    return files;
+  };
+  addIncludes(
+      "load a chain of " + std::to_string(chained) + " includes",
+      [&inputs, chained] { return inputs.chain(chained); },
+      [alone, chained] { return alone(chained); });
+  addIncludes(
+      "load " + std::to_string(included) + " files side by side",
+      [&inputs, included] { return inputs.sideBySide(included); },
+      [alone, included] { return alone(included); });
 }
 
 // Times the program's own instructions. The kernel's part, which is to give each page of fresh

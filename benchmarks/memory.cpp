@@ -20,8 +20,9 @@ void print(const std::string& figure, const std::string& who, const char* unit, 
 }
 
 struct Footprint {
-  double kept;  // bytes for each property, once the file is loaded
-  double peak;  // the most during the load, per property
+  double kept;       // bytes for each property, once the file is loaded
+  double peak;       // the most during the load, per property
+  double megabytes;  // the same in all
 };
 
 template <class Load>
@@ -35,7 +36,8 @@ Footprint footprint(Inputs& inputs, const Shape& shape, const Load& load) {
   const auto perProperty = [&](std::size_t bytes) {
     return static_cast<double>(bytes - before) / static_cast<double>(shape.propertyCount());
   };
-  return {perProperty(after.bytes), perProperty(after.peak)};
+  return {perProperty(after.bytes), perProperty(after.peak),
+          static_cast<double>(after.peak - before) * 1e-6};
 }
 
 service::util::config::IConfigPtr loadPlain(const std::string& file) {
@@ -47,6 +49,7 @@ void printLoads(Inputs& inputs, const Shape& shape) {
     const Footprint memory = footprint(inputs, shape, load);
     print("memory kept per property", who, "bytes", memory.kept);
     print("memory at the peak of the load, per property", who, "bytes", memory.peak);
+    print("memory at the peak of the large load", who, "MB", memory.megabytes);
   };
   printOne(ours, loadPlain);
   printOne("Boost.PropertyTree", loadBoost);

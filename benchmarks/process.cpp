@@ -1,36 +1,9 @@
 // Whole programs, from their start to their exit.
 
-#include <spawn.h>
-#include <sys/wait.h>
-
-#include <filesystem>
-#include <system_error>
-
 #include "registration.hpp"
+#include "run.hpp"
 
 namespace benchmarks {
-
-namespace {
-
-// Runs the program, which stands beside this one, and returns its exit status.
-int run(const std::string& program, std::vector<std::string> words) {
-  const auto directory = std::filesystem::read_symlink("/proc/self/exe").parent_path();
-  std::string path = directory / program;
-  std::vector<char*> arguments = {path.data()};
-  for (std::string& word : words) arguments.push_back(word.data());
-  arguments.push_back(nullptr);
-  pid_t child;
-  const int error =
-      ::posix_spawn(&child, path.c_str(), nullptr, nullptr, arguments.data(), environ);
-  if (error != 0) throw std::system_error(error, std::generic_category(), path);
-  int status = 0;
-  if (::waitpid(child, &status, 0) != child) {
-    throw std::system_error(errno, std::generic_category(), "waitpid");
-  }
-  return status;
-}
-
-}  // namespace
 
 void addProcesses(Inputs& inputs) {
   const std::pair<const char*, const char*> programs[] = {

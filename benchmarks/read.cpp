@@ -4,6 +4,7 @@
 #include <memory>
 
 #include "Readers.hpp"
+#include "Recorder.hpp"
 #include "cppUtil/err/Exception.hpp"
 #include "registration.hpp"
 #include "service/util/config/internal/Config.hpp"
@@ -12,7 +13,6 @@ namespace benchmarks {
 
 namespace {
 
-using service::util::config::IConfigPtr;
 using service::util::config::internal::Config;
 
 constexpr const char* poco = "Poco getString";
@@ -71,50 +71,6 @@ void addMissing(const std::string& who, const Content& content) {
     }
     if (found) state.SkipWithError("found what does not exist");
   });
-}
-
-// Keeps what a generator tells, so that building a configuration is timed without making it up.
-class Recorder : public Sink {
- public:
-  void beginSection(const std::string& name) override { calls.push_back({BEGIN, name, ""}); }
-  void endSection() override { calls.push_back({END, "", ""}); }
-  void property(const std::string& name, const std::string& value) override {
-    calls.push_back({PROPERTY, name, value});
-  }
-
-  // Section and property are what a library calls when it adds one: section(parent, name) returns
-  // the new section.
-  template <class Node, class Section, class Property>
-  void replay(Node root, const Section& section, const Property& property) const {
-    std::vector<Node> path = {root};
-    for (const Call& call : calls) {
-      if (call.kind == BEGIN) {
-        path.push_back(section(path.back(), call.name));
-      } else if (call.kind == END) {
-        path.pop_back();
-      } else {
-        property(path.back(), call.name, call.value);
-      }
-    }
-  }
-
- private:
-  enum Kind { BEGIN, END, PROPERTY };
-  struct Call {
-    Kind kind;
-    std::string name, value;
-  };
-  std::vector<Call> calls;
-};
-
-IConfigPtr buildConfig(const Recorder& content) {
-  const IConfigPtr root = std::make_shared<Config>();
-  content.replay(
-      root, [](const IConfigPtr& node, const std::string& name) { return node->addSection(name); },
-      [](const IConfigPtr& node, const std::string& name, const std::string& value) {
-        node->addProperty(name, value);
-      });
-  return root;
 }
 
 boost::property_tree::ptree buildBoost(const Recorder& content) {
@@ -212,6 +168,27 @@ void addBuilding(const Extent& extent) {
   addOne(ours, buildConfig);
   addOne("Boost.PropertyTree", buildBoost);
   addOne("pugixml", buildPugixml);
+}
+
+void addDestruction(const Extent& extent) {
+  const Shape shape = extent.smallOnly ? smallShape : largeShape;
+  const char* figure = "destroy a large configuration";
+  add(figure, ours, [shape](benchmark::State& state) {
+    Recorder content;
+    generate(shape, 1, content);
+    for (auto _ : state) {
+      state.PauseTiming();
+      ::malloc_trim(0);
+      auto config = buildConfig(content);
+      state.ResumeTiming();
+      config.reset();
+    }
+  });
+  add(figure, "build it", [shape](benchmark::State& state) {
+    Recorder content;
+    generate(shape, 1, content);
+    timeMaking(state, 1, [&] { return buildConfig(content); });
+  });
 }
 
 void addExceptions() {

@@ -22,13 +22,16 @@ struct Extent {
 };
 
 void addLoads(Inputs& inputs, const Extent& extent);
+void addPeers(Inputs& inputs, const Extent& extent);
 void addIncludes(Inputs& inputs, const Extent& extent);
 void addGrowth(Inputs& inputs, const Extent& extent);
 void addReads(Inputs& inputs, const Extent& extent);
 void addBuilding(const Extent& extent);
+void addDestruction(const Extent& extent);
 void addExceptions();
 void addChecks(const Extent& extent);
 void addProcesses(Inputs& inputs);
+void addCommands(Inputs& inputs, const Extent& extent);
 
 template <class Run>
 benchmark::internal::Benchmark* add(const std::string& figure, const std::string& who,

@@ -15,23 +15,39 @@ import platform
 import re
 import subprocess
 
+import pictures
+
 DOCS = "docs/performance.md"
-# What a reader of the document wants to know; the command prints all rows.
+PROCESS = "process, small file"
+READ_AND_BUILD = "read the file and build the tree from a vector"
+# What a reader of the document wants to know, with one peer or with all; the command prints all rows.
 DOCS_ROWS = [
     ("load small", "pugixml and walk"),
-    ("load small, validated", "xerces::Parser, validating"),
-    ("load medium", "F1: xerces::Parser"),
-    ("load large", "F1: xerces::Parser"),
+    ("load medium", "pugixml and walk"),
+    ("load large", "pugixml and walk"),
     ("load large", "Boost.PropertyTree read_xml"),
+    ("load large", READ_AND_BUILD),
+    ("load small, validated", "not validated"),
+    ("load large, validated", "not validated"),
+    ("load large, not plain", "F1: xerces::Parser"),
+    ("load large, given up at the last element", "with ZU_CONFIG_PLAIN=off"),
+    ("load with origins", "load without an observer"),
+    ("load large, any format", None),
+    ("load a chain of 100 includes", "sum of its files loaded alone"),
+    ("destroy a large configuration", "build it"),
     ("read by path, Select built once", "Boost.PropertyTree get<std::string>"),
     ("read a missing property", "Boost.PropertyTree get_optional<std::string>"),
     ("thrown and caught at depth 10", "Boost.PropertyTree"),
-    ("process, small file", "empty main, linked to the XML library"),
+    (PROCESS, None),
     ("memory kept per property", "Boost.PropertyTree"),
-    ("memory at the peak of the load, per property", "Boost.PropertyTree"),
+    ("memory at the peak of the large load", "Boost.PropertyTree"),
+    ("memory at the peak of the large load", "pugixml, walked into a tree"),
 ]
 PACKAGES = ["g++", "libxerces-c-dev", "libpoco-dev", "libboost-dev", "libpugixml-dev",
-            "libtinyxml2-dev", "libconfig++-dev"]
+            "libtinyxml2-dev", "libconfig++-dev", "nlohmann-json3-dev", "libtomlplusplus-dev",
+            "libyaml-cpp-dev", "rapidjson-dev", "libsimdjson-dev"]
+OURS = "ours"
+VALIDATED = "ours, validated"
 VALIDATING = "xerces::Parser, validating"
 FLOOR = "F1: xerces::Parser"
 BARE = "bare XercesDOMParser"
@@ -77,6 +93,9 @@ def rows(figures):
             for other, (_, other_value) in others.items():
                 if belong_together(who, other):
                     yield row(figure + who.removeprefix("ours"), unit, value, other, other_value)
+        if OURS in mine and VALIDATED in mine:
+            (unit, value), (_, other_value) = mine[VALIDATED], mine[OURS]
+            yield row(figure + ", validated", unit, value, "not validated", other_value)
         if FLOOR in others and BARE in others:
             (unit, value), (_, bare) = others[FLOOR], others[BARE]
             yield row(figure.replace("load", "F1,"), unit, value, BARE, bare)
@@ -125,12 +144,38 @@ def machine():
             + ", ".join(versions.splitlines()))
 
 
-def write_docs(text):
-    with open(DOCS, encoding="utf-8") as file:
-        before, rest = file.read().split("<!-- table -->")
-    after = rest.split("<!-- end of table -->")[1]
-    with open(DOCS, "w", encoding="utf-8") as file:
-        file.write(f"{before}<!-- table -->\n{text}\n<!-- end of table -->{after}")
+def replace(path, name, text):
+    """Puts text between the two comments of that name."""
+    start, end = f"<!-- {name} -->", f"<!-- end of {name} -->"
+    with open(path, encoding="utf-8") as file:
+        before, rest = file.read().split(start)
+    after = rest.split(end)[1]
+    with open(path, "w", encoding="utf-8") as file:
+        file.write(f"{before}{start}\n{text}\n{end}{after}")
+
+
+def draw(name, title, panels, scale):
+    show = lambda nanoseconds: formatted("ns", nanoseconds)
+    with open(f"docs/{name}.svg", "w", encoding="utf-8") as file:
+        file.write(pictures.picture(panels, scale, show))
+    words = f"{title}. {pictures.in_words(panels, show)}"
+    replace(DOCS, name, f"![{words}]({name}.svg)")
+    replace("README.md", name, f"![{words}](docs/{name}.svg)")
+
+
+def values(figures, figure):
+    """{who: time}, with the name of this library."""
+    return {who.replace(OURS, "zuUtilConfig", 1): value
+            for who, (_, value) in figures[figure].items()}
+
+
+def write_pictures(figures):
+    draw("loads", "Time to load the same content, each library from its format",
+         [("Small file, 35 values", values(figures, "load small, any format")),
+          ("Large file, 130,000 values", values(figures, "load large, any format"))],
+         pictures.Logarithmic)
+    draw("start", "Time from the start of a program to its exit",
+         [("A program that reads one value", values(figures, PROCESS))], pictures.Linear)
 
 
 def main():
@@ -141,14 +186,17 @@ def main():
     arguments.add_argument("times")
     arguments.add_argument("memory")
     options = arguments.parse_args()
-    table = list(rows({**read_times(options.times), **read_memory(options.memory)}))
+    figures = {**read_times(options.times), **read_memory(options.memory)}
+    table = list(rows(figures))
     if options.json:
         print(json.dumps({"machine": machine(), "rows": table}, indent=1))
         return
     print(f"Measured on: {machine()}.\n\n{markdown(table)}")
     if options.docs:
-        chosen = [r for r in table if (r["figure"], r["against"]) in DOCS_ROWS]
-        write_docs(f"Measured on: {machine()}.\n\n{markdown(chosen)}")
+        chosen = [r for r in table
+                  if {(r["figure"], r["against"]), (r["figure"], None)}.intersection(DOCS_ROWS)]
+        replace(DOCS, "table", f"Measured on: {machine()}.\n\n{markdown(chosen)}")
+        write_pictures(figures)
 
 
 if __name__ == "__main__":

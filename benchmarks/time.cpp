@@ -16,13 +16,16 @@ int main(int argc, char** argv) {
     const service::util::config::xml::Session session;
     Inputs inputs;
     addLoads(inputs, extent);
+    addPeers(inputs, extent);
     addIncludes(inputs, extent);
     addGrowth(inputs, extent);
     addReads(inputs, extent);
     addBuilding(extent);
+    addDestruction(extent);
     addExceptions();
     addChecks(extent);
     addProcesses(inputs);
+    addCommands(inputs, extent);
     benchmark::RunSpecifiedBenchmarks();
     benchmark::Shutdown();
     return 0;

@@ -71,8 +71,9 @@ std::string load(const std::string& file, const char* plain, bool validate) {
     service::util::config::xml::create(file, {}, validate, story);
     story.text << "loaded\n";
   } catch (const cppUtil::err::Exception& e) {
+    const std::string message = e.getMessage();
     story.text << "code " << e.getCode() << " " << e.getFile() << " " << e.getFunction() << ": "
-               << e.getMessage() << "\n";
+               << message.substr(0, message.find(": 0x")) << "\n";  // some tell an address
   }
   for (const std::string& entry : service::util::locator::ConfigLocator::getEntries()) {
     story.text << "path " << entry << "\n";

@@ -101,6 +101,7 @@ install(FILES src/grammar/config.xsd DESTINATION ${CMAKE_INSTALL_DATADIR}/zu COM
 set(documents ${CMAKE_INSTALL_DOCDIR})
 install(FILES README.md CHANGELOG.md DESTINATION ${documents} COMPONENT Documentation)
 install(FILES platform/README.md DESTINATION ${documents}/platform COMPONENT Documentation)
-install(FILES examples/gateway.cpp DESTINATION ${documents}/examples COMPONENT Documentation)
-install(DIRECTORY examples/gateway DESTINATION ${documents}/examples COMPONENT Documentation)
+install(FILES examples/gateway.cpp examples/gatewaySettings.hpp
+  DESTINATION ${documents}/examples COMPONENT Documentation)
+install(DIRECTORY examples/broken examples/gateway DESTINATION ${documents}/examples COMPONENT Documentation)
 install(DIRECTORY docs DESTINATION ${documents} COMPONENT Documentation)

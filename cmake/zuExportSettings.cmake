@@ -1,5 +1,5 @@
 # zu_export_settings(<program> TYPE <type> HEADER <header> [SOURCES <file>...]
-#                    [INCLUDE_DIRECTORIES <directory>...] [EXPECTED <file>])
+#                    [INCLUDE_DIRECTORIES <directory>...] [EXPECTED <file>] [NO_INSTALL])
 #
 # Writes what a program says about its settings to share/zu/settings/<program>.xml, where the command
 # zuconfig finds it: builds a small program of the header, which declares the type and its
@@ -16,7 +16,7 @@
 include_guard()
 
 function(zu_export_settings program)
-  cmake_parse_arguments(PARSE_ARGV 1 arg "" "TYPE;HEADER;EXPECTED" "SOURCES;INCLUDE_DIRECTORIES")
+  cmake_parse_arguments(PARSE_ARGV 1 arg "NO_INSTALL" "TYPE;HEADER;EXPECTED" "SOURCES;INCLUDE_DIRECTORIES")
   if(NOT arg_TYPE OR NOT arg_HEADER OR arg_UNPARSED_ARGUMENTS)
     message(FATAL_ERROR "zu_export_settings(${program}) needs a TYPE and a HEADER, and does not know: "
       "${arg_UNPARSED_ARGUMENTS}")
@@ -79,7 +79,9 @@ int main(int, char** arguments) {
   endif()
   add_custom_command(OUTPUT ${exported} COMMAND ${command} ${exported} DEPENDS ${command} VERBATIM)
   add_custom_target(${program}_settings ALL DEPENDS ${exported})
-  install(FILES ${exported} DESTINATION ${CMAKE_INSTALL_DATADIR}/zu/settings)
+  if(NOT arg_NO_INSTALL)
+    install(FILES ${exported} DESTINATION ${CMAKE_INSTALL_DATADIR}/zu/settings)
+  endif()
   if(arg_EXPECTED)
     cmake_path(ABSOLUTE_PATH arg_EXPECTED BASE_DIRECTORY ${CMAKE_CURRENT_SOURCE_DIR})
     add_test(NAME ${program}_settings COMMAND diff -u ${arg_EXPECTED} ${exported})

@@ -7,15 +7,14 @@
 #include <cutil/cutil.h>
 #include <locator/locator.h>
 #include <stdlib.h>
-#include <unistd.h>
-#include <clocale>
 
-#include <filesystem>
+#include <clocale>
 #include <fstream>
 #include <iostream>
 #include <sstream>
 #include <stdexcept>
 
+#include "../TemporaryFolder.hpp"
 #include "Documents.hpp"
 #include "cppUtil/err/Exception.hpp"
 #include "plain/readFile.hpp"
@@ -25,7 +24,6 @@
 
 namespace {
 
-namespace fs = std::filesystem;
 using service::util::config::IConfigPtr;
 using service::util::config::xml::Location;
 
@@ -81,20 +79,6 @@ std::string load(const std::string& file, const char* plain, bool validate) {
   return story.text.str();
 }
 
-void write(const fs::path& file, const std::string& content) {
-  std::ofstream(file, std::ios::binary) << content;
-}
-
-struct Directory {
-  Directory() {
-    std::string name = fs::temp_directory_path() / "plain-difference-XXXXXX";
-    if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no directory");
-    path = name;
-  }
-  ~Directory() { fs::remove_all(path); }
-  fs::path path;
-};
-
 struct Counts {
   long loaded = 0;
   long plain = 0;
@@ -102,7 +86,8 @@ struct Counts {
 
 // Loads the file, which holds the document, by both ways; tells of a difference and keeps it. A
 // document that is not plain goes one way only, but for one in ten.
-bool areAlike(const fs::path& file, const std::string& document, bool validate, Counts& counts) {
+bool areAlike(const std::filesystem::path& file, const std::string& document, bool validate,
+              Counts& counts) {
   const bool isPlain = service::util::config::plain::readFile(file, validate).has_value();
   const std::string expected = load(file, "off", validate);
   const std::string found =
@@ -110,7 +95,7 @@ bool areAlike(const fs::path& file, const std::string& document, bool validate, 
   counts.plain += isPlain ? 1 : 0;
   counts.loaded += expected.find("\nloaded\n") != expected.npos ? 1 : 0;
   if (found == expected) return true;
-  write("difference.xml", document);
+  std::ofstream("difference.xml", std::ios::binary) << document;
   std::cerr << "kept as difference.xml" << (validate ? ", validated" : "") << ". The XML library:\n"
             << expected << "The plain way:\n"
             << found;
@@ -119,23 +104,22 @@ bool areAlike(const fs::path& file, const std::string& document, bool validate, 
 
 int run(std::uint32_t seed, long count) {
   const service::util::config::xml::Session session;
-  const Directory directory;
+  const TemporaryFolder folder;
   cu_SearchPath_clear(getConfigLocator());
-  cu_SearchPath_append(getConfigLocator(), directory.path.c_str());
-  fs::create_directory(directory.path / "sub");
+  cu_SearchPath_append(getConfigLocator(), folder.path.c_str());
   const std::string part =
       "<config xmlns='urn:zu:util:config' name='n' version='1'>\r\n<property name='a'>1</property>"
       "<section name='s'/>";
-  write(directory.path / "part.xml", part + "</config>");
-  write(directory.path / "sub/part.xml", part + "<include>../part.xml</include></config>");
-  write(directory.path / "wrong.xml", part);
+  folder.write("part.xml", part + "</config>");
+  folder.write("sub/part.xml", part + "<include>../part.xml</include></config>");
+  folder.write("wrong.xml", part);
 
   Documents documents(seed);
   Counts counts;
-  const fs::path file = directory.path / "main.xml";
+  const std::filesystem::path file = folder.path / "main.xml";
   for (long i = 0; i < count; ++i) {
     const std::string document = documents.next();
-    write(file, document);
+    folder.write("main.xml", document);
     if (!areAlike(file, document, false, counts) || !areAlike(file, document, true, counts)) {
       return 1;
     }

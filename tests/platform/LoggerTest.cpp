@@ -57,20 +57,19 @@ TEST(Logger, WritesWhatPassesTheThreshold) {
       {"call with a bad level", nullptr, 5, defaultOutput},
   };
   for (const auto& row : rows) {
-    const Outcome outcome = inChild([&] {
+    const std::string written = writtenInChild([&] {
       ::unsetenv("ZU_LOG_LEVEL");
       if (row.environment != nullptr) ::setenv("ZU_LOG_LEVEL", row.environment, 1);
       if (row.threshold >= 0) cu_Logger_setThreshold(static_cast<std::uint32_t>(row.threshold));
       return logEachLevel();
     });
-    EXPECT_EQ(outcome.status, 0) << row.name;
-    EXPECT_EQ(outcome.errors, row.expected) << row.name;
+    EXPECT_EQ(written, row.expected) << row.name;
   }
 }
 
 TEST(Logger, HandsMessagesToTheCallback) {
   Received received;
-  const Outcome outcome = inChild([&] {
+  const std::string written = writtenInChild([&] {
     cu_Logger_setThreshold(CU_INFO);
     cu_Logger_setCallback(Received::callback, &received);
     errno = ENOENT;
@@ -78,8 +77,7 @@ TEST(Logger, HandsMessagesToTheCallback) {
     cu_Logger_setCallback(nullptr, nullptr);
     return errnoKept && received.text == "0text;1text;2text;3text;" && log(CU_INFO, "back");
   });
-  EXPECT_EQ(outcome.status, 0);
-  EXPECT_EQ(outcome.errors, "info: back\n");
+  EXPECT_EQ(written, "info: back\n");
 }
 
 // Each returns true when the message arrived; "back" shows that the logger goes on.
@@ -104,7 +102,7 @@ TEST(Logger, ReportsWhatACallbackMustNotDo) {
        CU_OK, "fatal: Called by the log callback itself! 35\n"},
   };
   for (const auto& row : rows) {
-    const Outcome outcome = inChild([&] {
+    const std::string written = writtenInChild([&] {
       ::alarm(10);
       cu_Logger_setCallback(row.callback, nullptr);
       const bool asExpected = cu_Logger_log(CU_FATAL, "text") == row.code;
@@ -114,8 +112,7 @@ TEST(Logger, ReportsWhatACallbackMustNotDo) {
                                std::to_string(cu_Error_getSystemErrorCode(record))) &&
              asExpected;
     });
-    EXPECT_EQ(outcome.status, 0) << row.name;
-    EXPECT_EQ(outcome.errors, row.expected) << row.name;
+    EXPECT_EQ(written, row.expected) << row.name;
   }
 }
 
@@ -130,6 +127,7 @@ TEST(Logger, ShowsWhatWouldCommandATerminal) {
       {"\xd8\x9c\xe2\x80\x8e\xe2\x80\xae\xe2\x81\xa6\xe2\x81\xa9",
        "\\u061c\\u200e\\u202e\\u2066\\u2069"},
       {"\xc3\x9b\xe2\x82\xac\xf0\x9f\x9a\x80", "\xc3\x9b\xe2\x82\xac\xf0\x9f\x9a\x80"},
+      {"no UTF-8: \xc2\x1b", "no UTF-8: \xc2\\x1b"},
       {"no UTF-8: \x9b \xe9 \xe2\x80", "no UTF-8: \\x9b \xe9 \xe2\\x80"},
   };
   for (const auto& row : rows) {
@@ -149,15 +147,14 @@ TEST(Logger, IsNotCancelled) {
   };
   const cu_LogCallback callback = [](std::uint32_t, const char*, void*) { ::pthread_testcancel(); };
   for (const cu_LogCallback each : {cu_LogCallback(nullptr), callback}) {
-    const Outcome outcome = inChild([&] {
+    const std::string written = writtenInChild([&] {
       pthread_t thread;
       void* result = nullptr;
       ::pthread_create(&thread, nullptr, cancelled, reinterpret_cast<void*>(each));
       ::pthread_join(thread, &result);
       return result == PTHREAD_CANCELED;
     });
-    EXPECT_EQ(outcome.status, 0);
-    EXPECT_EQ(outcome.errors, each == nullptr ? "fatal: text\n" : "");
+    EXPECT_EQ(written, each == nullptr ? "fatal: text\n" : "");
   }
 }
 
@@ -172,7 +169,7 @@ TEST(Logger, WaitsForTheCallbackThatItReplaces) {
     std::this_thread::sleep_for(std::chrono::milliseconds(50));
     state.finished = true;
   };
-  const Outcome outcome = inChild([&] {
+  writtenInChild([&] {
     State state;
     cu_Logger_setCallback(slow, &state);
     std::thread logging([] { cu_Logger_log(CU_FATAL, "text"); });
@@ -182,7 +179,6 @@ TEST(Logger, WaitsForTheCallbackThatItReplaces) {
     logging.join();
     return waited;
   });
-  EXPECT_EQ(outcome.status, 0);
 }
 
 // Longer than a pipe takes at once, so that a line that is not guarded is torn.
@@ -225,7 +221,7 @@ TEST(Logger, WritesTheWholeLineInSpiteOfSignals) {
 
 // Lines longer than what a pipe takes at once or not at all.
 TEST(Logger, WritesWholeLinesWhereStandardErrorNeverWaits) {
-  const Outcome outcome = inChild([] {
+  writtenInChild([] {
     int ends[2];
     if (::pipe2(ends, O_NONBLOCK) != 0) return false;
     ::dup2(ends[1], STDERR_FILENO);
@@ -245,7 +241,6 @@ TEST(Logger, WritesWholeLinesWhereStandardErrorNeverWaits) {
       expected += "fatal: " + std::string(10000, letter) + "\n";
     return isTorn && lines == expected + "fatal: end\n";
   });
-  EXPECT_EQ(outcome.status, 0);
 }
 
 TEST(Logger, DropsWhatStandardErrorDoesNotTake) {
@@ -255,7 +250,8 @@ TEST(Logger, DropsWhatStandardErrorDoesNotTake) {
     bool isSignalPending;  // the caller's own
   } rows[] = {{"closed", true, false}, {"no reader", false, false}, {"own signal", false, true}};
   for (const auto& row : rows) {
-    const Outcome outcome = inChild([&] {
+    SCOPED_TRACE(row.name);
+    writtenInChild([&] {
       sigset_t pipeSignal, pending, mask;
       ::sigemptyset(&pipeSignal);
       ::sigaddset(&pipeSignal, SIGPIPE);
@@ -277,6 +273,5 @@ TEST(Logger, DropsWhatStandardErrorDoesNotTake) {
       return ::sigismember(&pending, SIGPIPE) == row.isSignalPending &&
              ::sigismember(&mask, SIGPIPE) == row.isSignalPending;
     });
-    EXPECT_EQ(outcome.status, 0) << row.name;
   }
 }

@@ -57,3 +57,9 @@ Outcome inChild(const std::function<bool()>& body) {
   ::waitpid(child, &outcome.status, 0);
   return outcome;
 }
+
+std::string writtenInChild(const std::function<bool()>& body) {
+  const Outcome outcome = inChild(body);
+  EXPECT_EQ(outcome.status, 0) << outcome.errors;
+  return outcome.errors;
+}

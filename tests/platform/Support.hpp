@@ -44,3 +44,6 @@ struct Outcome {
 // Runs body in a forked process. Whatever reads the environment on first use, the logger and the
 // process-wide path, is tested in such processes only, so that each of them is the first.
 Outcome inChild(const std::function<bool()>& body);
+
+// What body writes to standard error in such a process, in which it must return true.
+std::string writtenInChild(const std::function<bool()>& body);

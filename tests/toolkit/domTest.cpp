@@ -13,18 +13,6 @@ using xercesc::DOMElement;
 
 using DomTest = XmlFiles;
 
-TEST(ExceptionTest, AppendsFormattedValues) {
-  const XmlString text = {'t', 'e', 'x', 't'};
-  const XMLCh* xmlText = text.c_str();
-  std::ostringstream address;
-  address << static_cast<const void*>(xmlText);
-  const char* nothing = nullptr;
-
-  xerces::Exception e;
-  e << "line " << -5 << nothing << " " << xmlText << std::string(" s ") << 18446744073709551615ULL;
-  EXPECT_EQ(e.what(), "line -5 " + address.str() + " s 18446744073709551615");
-}
-
 std::string matched(const DOMElement& element, const char* name) {
   xerces::match(element, xmlName(name));
   return "matched";

@@ -23,9 +23,6 @@ TEST(ErrorModule, IsRegisteredWithItsTexts) {
     EXPECT_STREQ(cu_GetErrorDescription(row.code), row.description);
     EXPECT_STREQ(cu_GetErrorModule(row.code), "serviceUtilConfig");
   }
-}
-
-TEST(ErrorModule, KnowsWholeCodesOnly) {
   EXPECT_STREQ(service::util::config::internal::errorName(1), unknown);
   EXPECT_STREQ(service::util::config::internal::errorDescription(1), unknown);
 }

@@ -34,10 +34,6 @@ TEST(Exception, MessageGrowsByInsertion) {
   }
 }
 
-TEST(Exception, WhatNamesTheCodeWhateverTheMessage) {
-  EXPECT_STREQ(Exception(0x3000003, 0, "", "", 0, "text").what(), "Unknown Error error code");
-}
-
 TEST(Exception, IsDescribedOnOneLine) {
   const struct {
     Exception e;

@@ -167,7 +167,8 @@ TEST_F(MemoryTest, AddressSpaceLimitedToAnySize) {
   if (ZU_STRIDE > 7) GTEST_SKIP() << "needs more than can be limited";
   for (const bool validate : {false, true}) {
     Outcome outcome;
-    for (rlim_t allowed = 0; outcome.errors != nothingFailed; allowed += rlim_t(stride) * 8 * 1024) {
+    for (rlim_t allowed = 0; outcome.errors != nothingFailed;
+         allowed += rlim_t(stride) * 8 * 1024) {
       outcome = inChild([allowed, validate] {
         reportCrashes();
         rlim_t pages = 0;

@@ -32,6 +32,7 @@ void addDump(CLI::App& app, Chosen& chosen);
 void addCheck(CLI::App& app, Chosen& chosen);
 void addDiff(CLI::App& app, Chosen& chosen);
 void addIncludes(CLI::App& app, Chosen& chosen);
+void addPage(CLI::App& app, Chosen& chosen);
 void addPath(CLI::App& app, Chosen& chosen);
 void addSchema(CLI::App& app, Chosen& chosen);
 void addErrors(CLI::App& app, Chosen& chosen);

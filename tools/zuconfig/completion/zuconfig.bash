@@ -30,10 +30,11 @@ _zuconfig_choices() {  # COMMAND [OPTION]
     includes:) choices=(-I --format --help) ;;
     includes:--format) choices=(dot json svg tree) ;;
     list:) choices=(-I --help --null --schema --validate) ;;
+    page:) choices=(-I --check --help --schema) ;;
     path:) choices=(-I --help --null) ;;
     tree:) choices=(-I --help --origins --schema --validate) ;;
     :)
-      choices=(check diff dump errors explain get includes list path schema tree
+      choices=(check diff dump errors explain get includes list page path schema tree
         --help --help-all --version)
       ;;
   esac

@@ -61,12 +61,18 @@ class CircleBreaker : public Observer {
 // Lets what is quoted of a file be what was checked.
 class Expectation : public Observer {
  public:
-  explicit Expectation(SourceText& sources) : sources(sources) {}
+  Expectation(SourceText& sources, Observer& next) : sources(sources), next(next) {}
 
-  void fileEntered(const File& file) override { sources.expect(file.path); }
+  void fileEntered(const File& file) override {
+    sources.expect(file.path);
+    next.fileEntered(file);
+  }
+
+  void fileLeft(const File& file) override { next.fileLeft(file); }
 
  private:
   SourceText& sources;
+  Observer& next;
 };
 
 std::string withoutLineBreakAtEnd(std::string text) {
@@ -154,15 +160,31 @@ IConfigPtr Loader::load(const std::string& file, Origins& origins) {
 }
 
 IConfigPtr Loader::load(const std::string& file, Origins* origins) {
-  CircleBreaker observer(origins, sources);
   const std::string resolved = resolve(file);
   try {
-    return service::util::config::xml::create(resolved, schemes, validate, observer);
+    return create(resolved, validate, origins);
   } catch (const Exception& e) {
     if (printErrors(resolved)) throw Failure(NOT_LOADED, "");
-    throw Failure(NOT_LOADED, shownArgument(file) + ": " + e.what() + ": " +
-                                  withoutLineBreakAtEnd(names.shownText(e.getMessage())));
+    throw Failure(NOT_LOADED, shownArgument(file) + ": " + describe(e));
   }
+}
+
+IConfigPtr Loader::tryLoad(const std::string& resolved, Origins& origins, std::string& reason) {
+  try {
+    return create(resolved, false, &origins);
+  } catch (const Exception& e) {
+    reason = describe(e);
+    return nullptr;
+  }
+}
+
+IConfigPtr Loader::create(const std::string& resolved, bool isValidated, Origins* origins) {
+  CircleBreaker observer(origins, sources);
+  return service::util::config::xml::create(resolved, schemes, isValidated, observer);
+}
+
+std::string Loader::describe(const Exception& e) const {
+  return std::string(e.what()) + ": " + withoutLineBreakAtEnd(names.shownText(e.getMessage()));
 }
 
 // Prints what a check finds, when there is an error in it, and tells whether there was.
@@ -171,15 +193,20 @@ bool Loader::printErrors(const std::string& resolved) {
   bool isError = false;
   for (const Problem& problem : check(resolved)) {
     isError = isError || problem.severity == Severity::ERROR;
-    findings.push_back(describe(problem, names, sources));
+    findings.push_back(zuconfig::describe(problem, names, sources));
   }
   if (isError) printText(std::cerr, Colours(STDERR_FILENO), findings, names, sources);
   return isError;
 }
 
 std::vector<Problem> Loader::check(const std::string& resolved) {
-  Expectation observer(sources);
-  return service::util::config::xml::check(resolved, schemes, validate, observer);
+  Observer none;
+  return check(resolved, none);
+}
+
+std::vector<Problem> Loader::check(const std::string& resolved, Observer& observer) {
+  Expectation expectation(sources, observer);
+  return service::util::config::xml::check(resolved, schemes, validate, expectation);
 }
 
 }  // namespace zuconfig

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "cppUtil/err/Exception.hpp"
 #include "report/SourceText.hpp"
 #include "service/util/config/IConfig.hpp"
 #include "service/util/config/xml/Origins.hpp"
@@ -55,8 +56,13 @@ class Loader {
   IConfigPtr load(const std::string& file);
   IConfigPtr load(const std::string& file, Origins& origins);
 
-  // What is wrong with a file, by the name that resolve made of it.
+  // Loads without validation, and without a word when that fails: null, with the reason.
+  IConfigPtr tryLoad(const std::string& resolved, Origins& origins, std::string& reason);
+
+  // What is wrong with a file, by the name that resolve made of it. The observer is told of files.
   std::vector<service::util::config::xml::Problem> check(const std::string& resolved);
+  std::vector<service::util::config::xml::Problem> check(
+      const std::string& resolved, service::util::config::xml::Observer& observer);
 
   // How to call files, standard input among them.
   const FileNames& getNames() const { return names; }
@@ -70,6 +76,8 @@ class Loader {
  private:
   void prepend(const std::string& directory, const char* source);
   IConfigPtr load(const std::string& file, Origins* origins);
+  IConfigPtr create(const std::string& resolved, bool isValidated, Origins* origins);
+  std::string describe(const cppUtil::err::Exception& e) const;
   bool printErrors(const std::string& resolved);
 
   service::util::config::xml::Session session;

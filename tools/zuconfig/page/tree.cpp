@@ -1,0 +1,98 @@
+#include "page/html.hpp"
+#include "page/sections.hpp"
+#include "report/ProblemText.hpp"
+#include "shared/text.hpp"
+
+namespace zuconfig {
+
+namespace {
+
+using service::util::config::spellPath;
+using service::util::config::Visited;
+using service::util::config::Visitor;
+using service::util::config::report::nameOf;
+
+constexpr std::size_t mostOpenValues = 1000;  // of more, the sections are closed at first
+
+class TreeWriter : public Visitor {
+ public:
+  TreeWriter(std::ostream& out, const Subject& subject) : out(out), subject(subject) {
+    for (const auto& file : subject.origins.getFiles()) {
+      if (!firstReadings.emplace(file.path, &file).second) isReadAgain = true;
+    }
+  }
+
+  // End tags that HTML does not need are left out: there are many.
+  void property(const Visited& visited, const std::string& value) override {
+    const Origins::Origin origin = subject.originOf(visited, false);
+    out << "<li id=\"" << inHtml(visited.path) << "\"" << readingOf(origin) << "><b>"
+        << inHtml(spellPath("", visited.name, visited.index, visited.count)) << "</b> = <bdi>"
+        << inHtml(escaped(value)) << "</bdi> " << placeOf(subject, origin);
+    writeRemarks(origin);
+    out << "\n";
+  }
+
+  bool enterSection(const Visited& visited, const IConfigPtr& /*section*/) override {
+    const Origins::Origin origin = subject.originOf(visited, true);
+    out << "<li><details id=\"" << inHtml(visited.path) << ".\""
+        << (subject.values <= mostOpenValues ? " open" : "") << "><summary><b>"
+        << inHtml(spellPath("", visited.name, visited.index, visited.count)) << "</b> <i>"
+        << inHtml(subject.loader.getNames().shown(origin)) << "</i>";
+    writeRemarks(origin);
+    out << "</summary><ul>\n";
+    return true;
+  }
+
+  void leaveSection(const Visited& /*visited*/, const IConfigPtr& /*section*/) override {
+    out << "</ul></details>\n";
+  }
+
+ private:
+  // Of a file that is read several times, which reading it was, unless it was the first.
+  std::string readingOf(const Origins::Origin& origin) const {
+    if (!isReadAgain || origin.file == nullptr) return "";
+    if (firstReadings.at(origin.file->path) == origin.file) return "";
+    std::size_t number = 0;
+    for (const auto& file : subject.origins.getFiles()) {
+      if (&file == origin.file) break;
+      ++number;
+    }
+    return " data-reading=\"" + std::to_string(number) + "\"";
+  }
+
+  void writeRemarks(const Origins::Origin& origin) const {
+    for (const std::size_t number : subject.findingsAt(origin)) {
+      const Problem& problem = subject.findings[number].problem;
+      const char* kind = nameOf(problem.severity);
+      out << " <em class=\"" << kind << "\"><strong>" << kind << "</strong> "
+          << inHtml(problem.message) << "</em>";
+    }
+  }
+
+  std::ostream& out;
+  const Subject& subject;
+  std::unordered_map<std::string, const Origins::File*> firstReadings;
+  bool isReadAgain = false;
+};
+
+}  // namespace
+
+std::string fileId(const std::string& suffix, std::size_t number) {
+  return "-file" + suffix + "-" + std::to_string(number);
+}
+
+std::string placeOf(const Subject& subject, const Origins::Origin& origin) {
+  if (origin.file == nullptr) return "";
+  return "<a href=\"" + linkTo(fileId("", subject.numberOf(origin.file->path))) + "\">" +
+         inHtml(subject.loader.getNames().shown(origin)) + "</a>";
+}
+
+void writeTree(std::ostream& out, const Subject& subject) {
+  out << "<section id=\"-values\" aria-labelledby=\"-values-title\">\n"
+         "<h2 id=\"-values-title\">Values</h2>\n<ul class=\"tree\">\n";
+  TreeWriter writer(out, subject);
+  service::util::config::visit(subject.config, writer);
+  out << "</ul>\n</section>\n";
+}
+
+}  // namespace zuconfig

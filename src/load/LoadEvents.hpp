@@ -18,6 +18,11 @@ class LoadEvents {
   LoadEvents(const LoadEvents&) = delete;
   LoadEvents& operator=(const LoadEvents&) = delete;
 
+  void lookedUp(const std::string& name, const std::string& path) {
+    observer.fileLookedUp(name, path);
+  }
+  void referred(const std::string& path) { observer.fileReferred(path); }
+
   // Runs read, which reads the file that path names, with its directory in front of the search
   // path. name: what was looked up. include: where the include is that asked for it; null for the
   // top-level file.

@@ -64,6 +64,7 @@ class Walk {
       std::string text;
       element.readText(text);
       const std::string path = locator::ConfigLocator::find(text);
+      if (load.events != nullptr) load.events->lookedUp(text, path);
       if (path.empty()) {
         const Position position = element.position();
         // The double blank before "included" is part of the message.

@@ -4,6 +4,10 @@ namespace service::util::config::xml {
 
 Observer::~Observer() = default;
 
+void Observer::fileLookedUp(const std::string& /*name*/, const std::string& /*path*/) {}
+
+void Observer::fileReferred(const std::string& /*path*/) {}
+
 void Observer::fileEntered(const File& /*file*/) {}
 
 void Observer::sectionAdded(const IConfigPtr& /*parent*/, const std::string& /*name*/,

@@ -19,12 +19,12 @@ bool isValue(const XMLCh* name) {
 }  // namespace
 
 DocumentParser::DocumentParser(xercesc::XMLGrammarPool& grammars, const SchemeList& schemes,
-                               Budget& budget)
+                               Budget& budget, LoadEvents* events)
     : BeforeParser{{grammars, budget}},
       Parser(&documentGrammars, &budget, Places::IN_TABLE),
       budget(budget),
       effort(budget),
-      resolver(schemes, budget) {
+      resolver(schemes, budget, events) {
   setCreateCommentNodes(false);
   setXMLEntityResolver(&resolver);
 }

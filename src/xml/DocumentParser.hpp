@@ -26,8 +26,9 @@ struct BeforeParser {
 class DocumentParser : private BeforeParser, public xerces::Parser {
  public:
   // All are kept by reference. grammars: those that documents have in common. schemes: the schemas
-  // that documents may use besides.
-  DocumentParser(xercesc::XMLGrammarPool& grammars, const SchemeList& schemes, Budget& budget);
+  // that documents may use besides. events: null when nobody observes.
+  DocumentParser(xercesc::XMLGrammarPool& grammars, const SchemeList& schemes, Budget& budget,
+                 LoadEvents* events = nullptr);
 
   void startDocument() override;
   void endDocument() override;

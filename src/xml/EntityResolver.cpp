@@ -66,14 +66,15 @@ std::optional<Local> localFile(const XMLCh* base, const XMLCh* systemId) {
 
 }  // namespace
 
-EntityResolver::EntityResolver(const SchemeList& schemes, Budget& budget)
-    : schemas(schemaLocations(schemes)), budget(budget) {}
+EntityResolver::EntityResolver(const SchemeList& schemes, Budget& budget, LoadEvents* events)
+    : schemas(schemaLocations(schemes)), budget(budget), events(events) {}
 
 xercesc::InputSource* EntityResolver::resolveEntity(XMLResourceIdentifier* resource) {
   const XMLCh* systemId = resource->getSystemId();
   if (resource->getResourceIdentifierType() != XMLResourceIdentifier::SchemaGrammar ||
       isAllowedSchema(*resource)) {
     if (const auto local = localFile(resource->getBaseURI(), systemId)) {
+      if (events != nullptr) events->referred(local->path);
       return new FileSource(local->path, local->systemId.c_str(), budget);
     }
   }

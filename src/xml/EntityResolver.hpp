@@ -5,6 +5,7 @@
 
 #include <xercesc/util/XMLEntityResolver.hpp>
 
+#include "load/LoadEvents.hpp"
 #include "service/util/config/xml/create.hpp"
 #include "xml/Budget.hpp"
 #include "xml/validation.hpp"
@@ -13,8 +14,8 @@ namespace service::util::config::xml::internal {
 
 class EntityResolver : public xercesc::XMLEntityResolver {
  public:
-  // The budget is kept by reference.
-  EntityResolver(const SchemeList& schemes, Budget& budget);
+  // The budget is kept by reference. events: null when nobody observes.
+  EntityResolver(const SchemeList& schemes, Budget& budget, LoadEvents* events);
 
   // What is refused cannot be opened: the XML library reports that for an entity, and goes on
   // without a schema.
@@ -25,6 +26,7 @@ class EntityResolver : public xercesc::XMLEntityResolver {
 
   SchemaLocations schemas;  // that the caller has named
   Budget& budget;
+  LoadEvents* events;
 };
 
 }  // namespace service::util::config::xml::internal

@@ -80,6 +80,7 @@ class FileSetCheck {
 
   std::vector<Problem> run(const std::string& name) {
     const std::string path = name.empty() ? "" : ConfigLocator::find(name);
+    observer.fileLookedUp(name, path);
     if (path.empty()) {
       tell(Severity::ERROR, "not-found",
            name.empty() ? "the name of the file is empty" : notFoundMessage(name), {name}, name);
@@ -104,6 +105,7 @@ class FileSetCheck {
     const Location location = {open.back().file.path, include.position.line,
                                include.position.column};
     const std::string path = ConfigLocator::find(include.text);
+    observer.fileLookedUp(include.text, path);
     if (path.empty()) {
       tell(Severity::ERROR, "missing-include", notFoundMessage(include.text), location,
            include.text);

@@ -209,6 +209,7 @@ XmlConfigParser::XmlConfigParser(const std::string& file, const SchemeList& sche
       fileName(ConfigLocator::find(file)),
       schemes(schemes),
       validate(validate) {
+  if (observer != nullptr) observer->fileLookedUp(file, fileName);
   if (fileName.empty()) {
     throw Exception(CU_MISSING_ARGUMENT, 0, unit, constructorSignature, __LINE__, "");
   }
@@ -252,7 +253,7 @@ void XmlConfigParser::parseXml(const IConfigPtr& config, const std::string& file
     if (validate && !xml.hasGrammar) loadGrammar(xml.grammars);
     xml.hasGrammar = validate;
     Budget budget(fileName);
-    DocumentParser parser(xml.grammars, schemes, budget);
+    DocumentParser parser(xml.grammars, schemes, budget, load->events);
     if (validate) enableValidation(parser, schemes);
     const xercesc::DOMDocument* document = parser.parseDoc(fileName);
     const DOMElement* root = document->getDocumentElement();

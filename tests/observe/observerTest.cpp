@@ -28,6 +28,7 @@ class Failing : public xml::Observer {
   Failing(std::size_t failingCall, std::function<void()> fail)
       : failingCall(failingCall), fail(std::move(fail)) {}
 
+  void fileLookedUp(const std::string&, const std::string&) override { called("look-up"); }
   void fileEntered(const File&) override { called("file entered"); }
   void sectionAdded(const IConfigPtr&, const std::string&, std::uint32_t, const IConfigPtr&,
                     const Location&) override {
@@ -74,8 +75,9 @@ class ObserverTest : public testing::Test {
 };
 
 const std::vector<std::string> allCalls = {
-    "file entered", "property",     "file entered", "section",  "property",  "file left",
-    "section",      "file entered", "section",      "property", "file left", "file left"};
+    "look-up",   "file entered", "property",     "look-up", "file entered", "section",   "property",
+    "file left", "section",      "look-up",      "file entered", "section",  "property",  "file left",
+    "file left"};
 
 constexpr const char* create =
     "service::util::config::IConfigPtr service::util::config::xml::create(const string&, const "
@@ -88,13 +90,16 @@ std::string step(const std::string& name) {
 TEST_F(ObserverTest, AFailureInAnyCallEndsTheLoad) {
   // The guards that meet what the calls throw: the innermost around each.
   const std::vector<std::string> guards = {create,
+                                           create,
                                            step("parseConfig"),   // a
                                            step("parseInclude"),  // the first include
+                                           step("parseInclude"),
                                            step("parseConfig"),
                                            step("parseSection"),
                                            step("parseInclude"),
                                            step("parseConfig"),   // s
                                            step("parseInclude"),  // the second include
+                                           step("parseInclude"),
                                            step("parseConfig"),
                                            step("parseSection"),
                                            step("parseInclude"),
@@ -130,7 +135,8 @@ TEST_F(ObserverTest, AFailureInAnyCallEndsTheLoad) {
 }
 
 TEST_F(ObserverTest, AFailureInAnyCallEndsTheCheck) {
-  const std::vector<std::string> calls = {"file entered", "file entered", "file left",
+  const std::vector<std::string> calls = {"look-up",   "file entered", "look-up",
+                                          "file entered", "file left", "look-up",
                                           "file entered", "file left",    "file left"};
   Failing never(calls.size(), [] {});
   EXPECT_TRUE(xml::check("main.xml", {}, false, never).empty());

@@ -1,5 +1,5 @@
 // Watches a load: it is called for every file, section and property, in the order in which they
-// enter the configuration.
+// enter the configuration, and for every look-up.
 //
 // Made for tools that explain a configuration; Origins is one. A load without an observer does none
 // of the work behind these calls. All calls are made on the thread that loads.
@@ -43,6 +43,14 @@ class ZU_EXPORT Observer {
   // throws, the load fails: the caller of create gets a cppUtil::err::Exception unchanged, a
   // std::exception as code 6 with its what(), anything else as code 7. After a failure, of the load
   // or of the observer, there are no further calls.
+
+  // name was looked up along the search path, as it is during this call; path is what was found,
+  // empty when it is nothing.
+  virtual void fileLookedUp(const std::string& name, const std::string& path);
+
+  // A document brings in a file other than by an include, as an entity or as a schema. The file need
+  // not be there.
+  virtual void fileReferred(const std::string& path);
 
   // A file is about to be parsed.
   virtual void fileEntered(const File& file);

@@ -45,7 +45,8 @@ void Reader::read() {
                request.description.variablePrefix,
                {},
                request.description.isOpen,
-               nullptr};
+               nullptr,
+               request.given};
   for (const auto& override : overrides) top.assignments.push_back({&override, 0});
   readLevel(top);
 }
@@ -181,6 +182,11 @@ void Reader::readList(Level& level, std::size_t at) {
 void Reader::store(Level& level, std::size_t at, const Source& source, void* value) {
   const Row& row = *level.description.rows[at];
   if (!level.places.empty()) level.places[at] = placeOf(source);
+  if (level.given != nullptr) {
+    const bool isFromFile = source.occurrence != nullptr;
+    level.given->settings[row.name].push_back(
+        {source.text(), placeOf(source).location, isFromFile});
+  }
   const auto fault = parse(row.value, source.text(), value);
   if (!fault) return;
   std::string path = extended(level.path, row.name);

@@ -11,26 +11,17 @@
 
 #include "bind/Description.hpp"
 #include "bind/Findings.hpp"
+#include "bind/GivenTexts.hpp"
 #include "bind/Path.hpp"
 #include "bind/Precedence.hpp"
 #include "bind/Together.hpp"
+#include "bind/elements.hpp"
 #include "model/Contents.hpp"
 #include "service/util/config/IConfig.hpp"
 #include "service/util/config/bind/Overrides.hpp"
 #include "service/util/config/bind/internal/survey.hpp"
 
 namespace service::util::config::bind::internal {
-
-// A Filler that does what it is made of.
-template <class Fill>
-class Filling final : public Filler {
- public:
-  explicit Filling(const Fill& doFill) : doFill(doFill) {}
-  const void* fill(void* element) override { return doFill(element); }
-
- private:
-  const Fill& doFill;
-};
 
 // The value of the member that row fills in object: of an optional its content, made if need be.
 // Null when object is.
@@ -47,6 +38,7 @@ struct Request {
   bool takesEnvironment = true;
   Together* together = nullptr;  // takes what the description does not name, instead of findings
   Survey* survey = nullptr;      // takes what is in force; for what a Store has
+  GivenTexts* given = nullptr;   // to fill as well; null when nobody asks
 };
 
 class Reader {
@@ -75,6 +67,7 @@ class Reader {
     Assignments assignments;
     bool isOpen;
     const Row* key;                  // the setting that it is known by, if there is one
+    GivenTexts* given = nullptr;     // to fill, if somebody asks
     std::string describedPath = {};  // path without former names; for a survey only
 
     std::vector<config::internal::Contents> contents = {};  // of the parts
@@ -128,6 +121,7 @@ class Reader {
   Elements elementsOf(const Level& level, std::size_t at);
   std::string keyOf(const Row& row, const Occurrence& section) const;
   Level below(const Level& level, const Row& row, Occurrences sections) const;
+  static GivenTexts* givenBelow(const Level& level, const Row& row);
 
   // Distributes the overrides of level to its rows, and tells those that fit none.
   void assign(Level& level);

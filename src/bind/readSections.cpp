@@ -45,6 +45,11 @@ Reader::Level Reader::below(const Level& level, const Row& row, Occurrences sect
   return below;
 }
 
+// One more section of that row, to be filled.
+GivenTexts* Reader::givenBelow(const Level& level, const Row& row) {
+  return level.given == nullptr ? nullptr : &level.given->sections[row.name].emplace_back();
+}
+
 void Reader::readSection(Level& level, std::size_t at) {
   const Row& row = *level.description.rows[at];
   const Occurrences found = level.found(at);
@@ -58,6 +63,7 @@ void Reader::readSection(Level& level, std::size_t at) {
     if (tellMissing(level, at) || row.isOptional) return;
   }
   below.object = valueIn(row, level.object);
+  below.given = givenBelow(level, row);
   if (!level.places.empty()) level.places[at] = below.place;
   readLevel(below);
 }
@@ -117,6 +123,7 @@ void Reader::readElement(const Level& level, std::size_t at, const Elements& ele
   }
   record(level, at, below.describedPath, elements[index]);
   below.variablePrefix.clear();
+  below.given = givenBelow(level, row);
   if (row.isKeyed) below.key = &row.key();
   if (!level.assigned.empty()) {
     for (Assignment assignment : level.assigned[at]) {
@@ -125,6 +132,9 @@ void Reader::readElement(const Level& level, std::size_t at, const Elements& ele
     }
   }
   readLevel(below);
+  if (row.isKeyed && below.given != nullptr && object != nullptr) {
+    below.given->key = print(row.key().value, row.key().in(object));
+  }
 }
 
 // Sections of one key are one element, unless they stand in the same file.

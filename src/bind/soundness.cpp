@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "bind/Description.hpp"
+#include "bind/elements.hpp"
 #include "cppUtil/err/Exception.hpp"
 #include "cppUtil/internal/text.hpp"
 
@@ -17,16 +18,6 @@ namespace service::util::config::bind::internal {
 namespace {
 
 using cppUtil::internal::quoted;
-
-template <class View>
-class Viewing final : public Viewer {
- public:
-  explicit Viewing(const View& doView) : doView(doView) {}
-  void view(const void* element) override { doView(element); }
-
- private:
-  const View& doView;
-};
 
 std::string nameOf(const std::type_info& type) {
   int status = 0;

@@ -88,7 +88,7 @@ struct Holder {
   void (*assign)(void* to, const void* from);        // SETTING, LIST
   void* (*engage)(void* member);                     // OPTIONAL: makes its value anew
   const void* (*value)(const void* member);          // OPTIONAL: null when it is empty
-  void (*clear)(void* member);                       // SEQUENCE, MAP
+  void (*clear)(void* member);                       // OPTIONAL, SEQUENCE, MAP
   bool (*append)(void* member, Filler& filler);      // SEQUENCE, MAP: false when the key is there
   void (*each)(const void* member, Viewer& viewer);  // SEQUENCE, MAP
   void (*viewDefault)(Viewer& viewer);  // of sections, unless PLAIN: shows the struct in them
@@ -232,6 +232,11 @@ void clear(void* member) {
 }
 
 template <class M>
+void reset(void* member) {
+  static_cast<M*>(member)->reset();
+}
+
+template <class M>
 bool append(void* member, Filler& filler) {
   auto& container = *static_cast<M*>(member);
   typename M::value_type element = typename M::value_type();
@@ -301,6 +306,7 @@ constexpr Holder makeSingle(const Type* type, const Struct* structure) {
     holder.shape = Holder::OPTIONAL;
     holder.engage = engage<M>;
     holder.value = valueOf<M>;
+    holder.clear = reset<M>;
     if constexpr (form == Holder::SECTION) {
       holder.viewDefault = viewDefault<typename Unwrapped<M>::Value>;
     }

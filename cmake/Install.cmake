@@ -20,6 +20,7 @@ target_sources(zuUtilConfig PUBLIC FILE_SET HEADERS
     ${ZU_GENERATED_INCLUDE_DIR}
   FILES
     include/service/util/config/IConfig.hpp
+    include/service/util/config/Live.hpp
     include/service/util/config/Select.hpp
     include/service/util/config/bind.hpp
     include/service/util/config/bind/Fields.hpp
@@ -30,6 +31,7 @@ target_sources(zuUtilConfig PUBLIC FILE_SET HEADERS
     include/service/util/config/grammar/getGrammar.hpp
     include/service/util/config/internal/Config.hpp
     include/service/util/config/internal/Section.hpp
+    include/service/util/config/live/Engine.hpp
     include/service/util/config/visit.hpp
     include/service/util/config/xml/Location.hpp
     include/service/util/config/xml/Observer.hpp

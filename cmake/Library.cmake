@@ -74,6 +74,15 @@ add_library(zuUtilConfigObjects OBJECT
   src/bind/survey.cpp
   src/bind/units.cpp
   src/bind/values.cpp
+  src/live/Engine.cpp
+  src/live/LastGood.cpp
+  src/live/ObservedLoad.cpp
+  src/live/Places.cpp
+  src/live/Reading.cpp
+  src/live/Settings.cpp
+  src/live/Signals.cpp
+  src/live/Trigger.cpp
+  src/live/keepForStart.cpp
   src/load/Load.cpp
   src/load/LoadEvents.cpp
   src/load/SearchedFirst.cpp
@@ -104,6 +113,7 @@ add_library(zuUtilConfigObjects OBJECT
   src/xml/session.cpp
   src/xml/validation.cpp
   src/xml/xmlConfig.cpp
+  src/write/writeXml.cpp
   ${PROJECT_BINARY_DIR}/getGrammar.cpp)
 set_target_properties(zuUtilConfigObjects PROPERTIES POSITION_INDEPENDENT_CODE ON)
 set_property(SOURCE src/plain/readFile.cpp DIRECTORY ${PROJECT_SOURCE_DIR} APPEND PROPERTY

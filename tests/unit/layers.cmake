@@ -59,7 +59,10 @@ room(xml FILES src/xml/*.hpp src/xml/*.cpp
 room(bind FILES src/bind/*.hpp src/bind/*.cpp include/service/util/config/bind.hpp
     include/service/util/config/bind/*.hpp
   SEES "bind/" "service/util/config/bind[./]" ${load})
-room(live FILES src/live/*.hpp src/live/*.cpp SEES "live/" "service/util/config/live" ${load})
+room(write FILES src/write/*.hpp src/write/*.cpp SEES "write/" "service/util/config/grammar/" ${model})
+room(live FILES src/live/*.hpp src/live/*.cpp include/service/util/config/Live.hpp
+    include/service/util/config/live/*.hpp
+  SEES "(live|bind|write)/" "service/util/config/(live/|Live\\.hpp|bind[./])" ${load})
 
 # The command is a caller of the library. No command calls another.
 room(shared FILES tools/zuconfig/shared/*.hpp tools/zuconfig/shared/*.cpp
@@ -68,7 +71,7 @@ room(page FILES tools/zuconfig/page/*.hpp tools/zuconfig/page/*.cpp
   SEES "(page|shared|report|nlohmann)/" ${public})
 room(commands FILES tools/zuconfig/commands/*.hpp tools/zuconfig/commands/*.cpp
     tools/zuconfig/main.cpp
-  SEES "commands/Command\\.hpp" "(page|shared|CLI|nlohmann)/" ${public})
+  SEES "commands/Command\\.hpp" "(page|shared|write|CLI|nlohmann)/" ${public})
 
 foreach(folder IN ITEMS include src support toolkit platform tools)
   file(GLOB_RECURSE all ${ROOT}/${folder}/*.h ${ROOT}/${folder}/*.hpp ${ROOT}/${folder}/*.cpp)

@@ -6,6 +6,7 @@
 #include "shared/Loader.hpp"
 #include "shared/text.hpp"
 #include "shared/writers.hpp"
+#include "write/writeXml.hpp"
 
 namespace zuconfig {
 
@@ -41,7 +42,7 @@ struct Dump {
     if (prefix && format != "sh") throw Failure(USAGE, "--prefix goes with --format sh only");
     const IConfigPtr config = Loader(load).load(file);
     if (format == "xml") {
-      writeXml(std::cout, config, rootName(file));
+      service::util::config::write::writeXml(std::cout, config, rootName(file));
     } else if (format == "json") {
       writeJson(std::cout, config);
     } else if (format == "sh") {

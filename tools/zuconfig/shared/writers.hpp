@@ -18,10 +18,6 @@ void writePaths(std::ostream& out, const IConfigPtr& config, bool isNull);
 // Each section is an object {"properties": {name: [value...]}, "sections": {name: [section...]}}.
 void writeJson(std::ostream& out, const IConfigPtr& config);
 
-// A document that is valid against the grammar and loads to the same content. It is XML 1.1 when
-// there are control characters that XML 1.0 cannot hold. Throws Failure for what neither can.
-void writeXml(std::ostream& out, const IConfigPtr& config, const std::string& name);
-
 // One assignment for each value to a variable whose name is made of prefix and selector. Throws
 // Failure when the prefix starts no variable name.
 void writeShell(std::ostream& out, const IConfigPtr& config, const std::string& prefix);

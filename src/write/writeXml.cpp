@@ -1,17 +1,22 @@
-// The XML form of a dump. White space is kept: in attributes it is written as references, because a
-// parser makes blanks of it otherwise, and so are carriage returns everywhere.
+// White space is kept: in attributes it is written as references, because a parser makes blanks of
+// it otherwise, and so are carriage returns everywhere.
+#include "write/writeXml.hpp"
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "cppUtil/internal/Character.hpp"
+#include "cppUtil/internal/text.hpp"
 #include "service/util/config/grammar/getGrammar.hpp"
 #include "service/util/config/visit.hpp"
-#include "shared/Failure.hpp"
-#include "shared/text.hpp"
-#include "shared/writers.hpp"
 
-namespace zuconfig {
+namespace service::util::config::write {
 
 namespace {
 
-using service::util::config::Visited;
-using service::util::config::Visitor;
+using cppUtil::internal::Character;
+using cppUtil::internal::isSafe;
+using cppUtil::internal::quoted;
 
 bool isControl(char32_t c) {
   return c < 0x20 && c != '\t' && c != '\n' && c != '\r';
@@ -44,7 +49,7 @@ class XmlWriter : public Visitor {
 
   void start(const std::string& name, bool isVersion11) {
     out << "<?xml version=\"" << (isVersion11 ? "1.1" : "1.0") << "\" encoding=\"UTF-8\"?>\n"
-        << "<config xmlns=\"" << service::util::config::grammar::targetNamespace << "\" name=\"";
+        << "<config xmlns=\"" << grammar::targetNamespace << "\" name=\"";
     writeText(name, true);
     out << "\" version=\"1.0\">\n";
   }
@@ -76,13 +81,14 @@ class XmlWriter : public Visitor {
   }
 
  private:
-  void indent() { out << indentation(2 * depth); }
+  // What is nested deeply would consist of blanks otherwise.
+  void indent() { out << std::string(std::min<std::size_t>(2 * depth, 80), ' '); }
 
   void writeText(const std::string& text, bool isAttribute) {
     for (std::size_t at = 0; at < text.size();) {
       const Character c(text.data() + at, text.size() - at);
       if (c.length == 0 || c.code == 0 || c.code == 0xFFFE || c.code == 0xFFFF) {
-        throw Failure(NOT_LOADED, "XML cannot hold the text " + quoted(text));
+        throw std::runtime_error("XML cannot hold the text " + quoted(text));
       }
       writeCharacter(c, text.data() + at, isAttribute);
       at += c.length;
@@ -118,11 +124,11 @@ class XmlWriter : public Visitor {
 
 void writeXml(std::ostream& out, const IConfigPtr& config, const std::string& name) {
   ControlFinder finder;
-  service::util::config::visit(config, finder);
+  visit(config, finder);
   XmlWriter writer(out);
   writer.start(name, finder.hasControls);
-  service::util::config::visit(config, writer);
+  visit(config, writer);
   writer.finish();
 }
 
-}  // namespace zuconfig
+}  // namespace service::util::config::write

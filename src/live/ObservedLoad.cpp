@@ -1,0 +1,18 @@
+#include "live/ObservedLoad.hpp"
+
+namespace service::util::config::live {
+
+void ObservedLoad::fileLookedUp(const std::string& name, const std::string& path) {
+  const bool isAlongPath = !name.empty() && name.front() != '/';
+  for (const std::string& directory :
+       isAlongPath ? locator::ConfigLocator::getEntries() : std::vector<std::string>{""}) {
+    const bool needsSlash = !directory.empty() && directory.back() != '/';
+    const std::string place = directory + (needsSlash ? "/" : "") + name;
+    const bool isThere = places.add(place);
+    if (place == path) return;
+    isMissed |= isThere;
+  }
+  places.add(path);  // of a platform that tells no entries
+}
+
+}  // namespace service::util::config::live

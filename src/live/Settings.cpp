@@ -1,0 +1,201 @@
+#include "live/Settings.hpp"
+
+#include <algorithm>
+#include <string_view>
+#include <unordered_map>
+
+#include "bind/Path.hpp"
+#include "bind/elements.hpp"
+#include "service/util/config/visit.hpp"
+
+namespace service::util::config::live {
+
+using bind::internal::Description;
+using bind::internal::GivenTexts;
+using bind::internal::Holder;
+using bind::internal::Kind;
+using bind::internal::Row;
+using bind::internal::Viewing;
+
+namespace {
+
+constexpr const char* masked = "***";
+
+// A part of a key; names hold no zero byte.
+std::string keyPart(const std::string& name, const std::string& which) {
+  return name + '\0' + which + '\0';
+}
+
+class Lister {
+ public:
+  // given: null where nothing was.
+  void list(const Description& description, const void* object, const GivenTexts* given,
+            const std::string& key, const std::string& path) {
+    for (std::size_t at = 0; at < description.rows.size(); ++at) {
+      if (key.empty()) field = at;
+      const Row& row = *description.rows[at];
+      if (row.isSetting()) {
+        listTexts(row, object, given, key, path);
+      } else if (row.form == Holder::SECTION) {
+        listSection(row, object, given, key, path);
+      } else {
+        listSections(row, object, given, key, path);
+      }
+    }
+  }
+
+  Settings settings;
+
+ private:
+  // What below was given under name, the index-th.
+  template <class Map>
+  static auto givenAt(const Map& map, const std::string& name, std::size_t index) {
+    const auto found = map.find(name);
+    return found == map.end() || index >= found->second.size() ? nullptr : &found->second[index];
+  }
+
+  void listTexts(const Row& row, const void* object, const GivenTexts* given,
+                 const std::string& key, const std::string& path) {
+    const auto values = textsOf(row, object);
+    const auto count = static_cast<std::uint32_t>(values.size());
+    for (std::uint32_t i = 0; i < count; ++i) {
+      const auto* text = given == nullptr ? nullptr : givenAt(given->settings, row.name, i);
+      const std::string shown = text == nullptr ? values[i] : text->text;
+      settings.push_back({key + keyPart(row.name, std::to_string(i)),
+                          bind::internal::extended(path, row.name, i, count), values[i],
+                          row.value.kind == Kind::SECRET ? masked : shown,
+                          text == nullptr ? xml::Location() : text->place, field});
+    }
+  }
+
+  void listSection(const Row& row, const void* object, const GivenTexts* given,
+                   const std::string& key, const std::string& path) {
+    const void* member = row.in(object);
+    const bool isOptional = row.member.holder->shape == Holder::OPTIONAL;
+    const void* below = isOptional ? row.member.holder->value(member) : member;
+    if (below == nullptr) return;
+    const std::string keyBelow = key + keyPart(row.name, "");
+    const std::string pathBelow = bind::internal::extended(path, row.name);
+    if (isOptional) settings.push_back({keyBelow, pathBelow, "", "", {}, field});
+    list(row.below(), below, given == nullptr ? nullptr : givenAt(given->sections, row.name, 0),
+         keyBelow, pathBelow);
+  }
+
+  void listSections(const Row& row, const void* object, const GivenTexts* given,
+                    const std::string& key, const std::string& path) {
+    const auto count = static_cast<std::uint32_t>(countOf(row, object));
+    std::uint32_t next = 0;
+    const auto listOne = [&](const void* element) {
+      const std::string name = row.isKeyed ? keyOf(row, element) : std::to_string(next);
+      const std::uint32_t index = row.isKeyed ? indexOf(row, given, name, next) : next;
+      ++next;
+      const std::string keyBelow = key + keyPart(row.name, name);
+      const std::string pathBelow = bind::internal::extended(path, row.name, index, count);
+      settings.push_back({keyBelow, pathBelow, "", "", {}, field});
+      list(row.below(), element,
+           given == nullptr ? nullptr : givenAt(given->sections, row.name, index), keyBelow,
+           pathBelow);
+    };
+    Viewing viewing(listOne);
+    row.member.holder->each(row.in(object), viewing);
+  }
+
+  // A map has its elements in an order of its own.
+  static std::uint32_t indexOf(const Row& row, const GivenTexts* given, const std::string& key,
+                               std::uint32_t fallback) {
+    if (given == nullptr) return fallback;
+    const auto found = given->sections.find(row.name);
+    if (found == given->sections.end()) return fallback;
+    const auto& all = found->second;
+    const auto same = std::find_if(all.begin(), all.end(),
+                                   [&](const GivenTexts& section) { return section.key == key; });
+    return same == all.end() ? fallback : static_cast<std::uint32_t>(same - all.begin());
+  }
+
+  std::size_t field = 0;
+};
+
+class ConfigLister : public Visitor {
+ public:
+  explicit ConfigLister(const xml::Origins& origins) : origins(origins) {}
+
+  void property(const Visited& visited, const std::string& value) override {
+    settings.push_back({keys.back() + keyPart(visited.name, std::to_string(visited.index)),
+                        visited.path, value, value,
+                        placeOf(origins.of(visited.parent, visited.name, visited.index)), 0});
+  }
+
+  // Properties and sections have names of their own; a section's key has one more zero byte.
+  bool enterSection(const Visited& visited, const IConfigPtr& /*section*/) override {
+    keys.push_back(keys.back() + '\0' + keyPart(visited.name, std::to_string(visited.index)));
+    settings.push_back({keys.back(), visited.path, "", "",
+                        placeOf(origins.ofSection(visited.parent, visited.name, visited.index)),
+                        0});
+    return true;
+  }
+
+  void leaveSection(const Visited& /*visited*/, const IConfigPtr& /*section*/) override {
+    keys.pop_back();
+  }
+
+  Settings settings;
+
+ private:
+  static xml::Location placeOf(const xml::Origins::Origin& origin) {
+    if (origin.file == nullptr) return {};
+    return {origin.file->path, origin.line, origin.column};
+  }
+
+  const xml::Origins& origins;
+  std::vector<std::string> keys{""};  // of the sections that are entered, outermost first
+};
+
+}  // namespace
+
+Settings settingsOf(const Description& description, const void* object, const GivenTexts& given) {
+  Lister lister;
+  lister.list(description, object, &given, "", "");
+  return std::move(lister.settings);
+}
+
+Settings settingsOf(const IConfigPtr& config, const xml::Origins& origins) {
+  ConfigLister lister(origins);
+  visit(config, lister);
+  return std::move(lister.settings);
+}
+
+std::string keyOf(const Row& row, const void* element) {
+  const Row& key = row.key();
+  return print(key.value, key.in(element));
+}
+
+Change Difference::change(bool needsRestart) const {
+  Change change = {any().path, {}, {}, {}, {}, needsRestart};
+  if (before != nullptr) {
+    change.before = before->text;
+    change.beforeLocation = before->place;
+  }
+  if (after != nullptr) {
+    change.after = after->text;
+    change.afterLocation = after->place;
+  }
+  return change;
+}
+
+std::vector<Difference> differences(const Settings& before, const Settings& after) {
+  std::unordered_map<std::string_view, const Setting*> known;
+  for (const Setting& setting : before) known.emplace(setting.key, &setting);
+  std::vector<Difference> found;
+  for (const Setting& setting : after) {
+    const auto same = known.find(setting.key);
+    const Setting* old = same == known.end() ? nullptr : same->second;
+    if (old == nullptr || old->value != setting.value) found.push_back({old, &setting});
+    if (old != nullptr) known.erase(same);
+  }
+  for (const Setting& setting : before) {
+    if (known.count(setting.key) > 0) found.push_back({&setting, nullptr});
+  }
+  return found;
+}
+
+}  // namespace service::util::config::live

@@ -8,6 +8,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <limits>
 
 #include "plain/characters.hpp"
@@ -69,6 +70,31 @@ constexpr std::array<unsigned char, 256> byteClasses = classesOfBytes();
 
 bool is(ByteClass wanted, char byte) {
   return (byteClasses[static_cast<unsigned char>(byte)] & wanted) != 0;
+}
+
+// Long texts are scanned in words. The tests below set the highest bit of the bytes that pass, and
+// perhaps of some behind the first of them.
+using Word = std::uint64_t;
+
+static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "the first byte is the lowest one");
+
+constexpr Word inEachByte(unsigned char byte) {
+  return ~Word{0} / 0xFF * byte;
+}
+
+Word areBelow(Word word, unsigned char limit) {
+  return (word - inEachByte(limit)) & ~word & inEachByte(0x80);
+}
+
+Word areEqual(Word word, unsigned char byte) {
+  return areBelow(word ^ inEachByte(byte), 1);
+}
+
+// All that are not of the class, and of attributes some that are.
+template <ByteClass wanted>
+Word areSpecial(Word word) {
+  if (wanted == ATTRIBUTE) return areBelow(word, '\'' + 1) | areEqual(word, '<');
+  return areEqual(word, '<') | areEqual(word, '&') | areEqual(word, ']') | areEqual(word, '\r');
 }
 
 bool equalsIgnoringCase(std::string_view text, std::string_view lowerCase) {
@@ -165,6 +191,26 @@ class Reader {
     }
   }
 
+  // The same for TEXT and ATTRIBUTE, which go on for a while.
+  template <ByteClass wanted>
+  void skipLong() {
+    skipWords<wanted>();
+    for (; is(wanted, *at); skipWords<wanted>()) ++at;
+  }
+
+  // Up to the next special byte, or close to the end.
+  template <ByteClass wanted>
+  void skipWords() {
+    Word word;
+    for (; rest().size() >= sizeof word; at += sizeof word) {
+      std::memcpy(&word, at, sizeof word);
+      const Word special = areSpecial<wanted>(word);
+      if (special == 0) continue;
+      at += __builtin_ctzll(special) / 8;
+      return;
+    }
+  }
+
   // Returns whether there is any white space.
   bool skipSpaces() {
     const char* start = at;
@@ -257,7 +303,7 @@ class Reader {
   void readText(Text& text) {
     while (true) {
       const char* start = at;
-      skipAll<TEXT>();
+      skipLong<TEXT>();
       addBytes(since(start), text);
       switch (*at) {
         case '&':
@@ -291,7 +337,7 @@ class Reader {
     Text value;
     while (true) {
       const char* start = at;
-      skipAll<ATTRIBUTE>();
+      skipLong<ATTRIBUTE>();
       addBytes(since(start), value);
       switch (*at) {
         case '&':

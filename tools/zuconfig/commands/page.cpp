@@ -2,7 +2,6 @@
 #include <iostream>
 
 #include "commands/Command.hpp"
-#include "page/embedded.hpp"
 #include "page/html.hpp"
 #include "page/sections.hpp"
 #include "shared/text.hpp"
@@ -21,27 +20,54 @@ struct Page {
     load.defineSchemas(command);
     command.add_flag("--check", isCheck, "Answer 1 when there are errors");
     defineFile(command, file);
+    command.add_option("FILE_B", fileB, "Another one: shows what differs");
   }
 
   ExitCode run() const {
     Loader loader(load);
-    const Subject subject(loader, file);
-    std::ostream& out = std::cout;
-    startPage(out, subject.name);
-    writeHeader(out, subject);
-    out << "<main>\n";
-    if (!subject.findings.empty()) writeProblems(out, subject, "");
-    if (subject.config != nullptr) writeTree(out, subject);
-    writeFiles(out, subject, "");
-    out << "</main>\n";
-    if (subject.config != nullptr) writeData(out, subject);
-    endPage(out);
-    if (subject.config == nullptr) return NOT_LOADED;
-    return isCheck && subject.hasErrors() ? NO : FINE;
+    if (fileB.empty()) return show(Subject(loader, file));
+    const Subject a(loader, file, "-a");
+    return showBoth(a, Subject(loader, fileB, "-b"));
   }
 
  private:
+  ExitCode show(const Subject& subject) const {
+    std::ostream& out = std::cout;
+    const bool isLoaded = subject.config != nullptr;
+    startPage(out, subject.name);
+    writeHeader(out, subject);
+    if (isLoaded) writeSearch(out, subject);
+    out << "<main>\n";
+    if (!subject.findings.empty()) writeProblems(out, subject);
+    if (isLoaded) writeTree(out, subject);
+    writeFiles(out, subject);
+    out << "</main>\n";
+    if (isLoaded) writeData(out, subject);
+    endPage(out);
+    if (!isLoaded) return NOT_LOADED;
+    return isCheck && subject.hasErrors() ? NO : FINE;
+  }
+
+  ExitCode showBoth(const Subject& a, const Subject& b) const {
+    std::ostream& out = std::cout;
+    const bool isLoaded = a.config != nullptr && b.config != nullptr;
+    startPage(out, a.name + " and " + b.name);
+    writeHeader(out, a);
+    writeHeader(out, b);
+    out << "<main>\n";
+    if (isLoaded) writeDifferences(out, a, b);
+    for (const Subject* subject : {&a, &b}) {
+      if (!subject->findings.empty()) writeProblems(out, *subject);
+      writeFiles(out, *subject);
+    }
+    out << "</main>\n";
+    endPage(out);
+    if (!isLoaded) return NOT_LOADED;
+    return isCheck && (a.hasErrors() || b.hasErrors()) ? NO : FINE;
+  }
+
   static void writeHeader(std::ostream& out, const Subject& subject) {
+    const std::string& suffix = subject.suffix;
     out << "<header>\n<h1>" << inHtml(subject.name) << "</h1>\n<p>";
     if (subject.config == nullptr) {
       out << "<strong class=\"error\">does not load</strong> · ";
@@ -50,26 +76,31 @@ struct Page {
           << " · ";
     }
     out << counted(subject.files.size(), "file") << " · "
-        << counted(subject.findings.size(), "problem") << "</p>\n<nav aria-label=\"Contents\">";
-    if (!subject.findings.empty()) out << "<a href=\"#-problems\">Problems</a> ";
-    if (subject.config != nullptr) out << "<a href=\"#-values\">Values</a> ";
-    out << "<a href=\"#-files\">Files</a> <a href=\"#-path\">Search path</a></nav>\n</header>\n";
-    if (subject.config != nullptr) {
-      out << "<form id=\"-form\" role=\"search\" hidden><input id=\"-search\" type=\"search\" "
-             "aria-label=\"Search names, values and files\" placeholder=\"Search names, values and "
-             "files\" autocomplete=\"off\" spellcheck=\"false\"> <select id=\"-filter\" "
-             "aria-label=\"File\"><option value=\"\">all files</option>";
-      for (const ListedFile& file : subject.files) {
-        out << "<option>" << inHtml(file.name) << "</option>";
-      }
-      out << "</select></form>\n";
+        << counted(subject.findings.size(), "problem") << "</p>\n<nav aria-label=\"Contents of "
+        << inHtml(subject.name) << "\">";
+    if (!subject.findings.empty()) out << "<a href=\"#-problems" << suffix << "\">Problems</a> ";
+    if (subject.config != nullptr && suffix.empty()) out << "<a href=\"#-values\">Values</a> ";
+    out << "<a href=\"#-files" << suffix << "\">Files</a> <a href=\"#-path" << suffix
+        << "\">Search path</a></nav>\n</header>\n";
+  }
+
+  // For the script, which shows it.
+  static void writeSearch(std::ostream& out, const Subject& subject) {
+    out << "<form id=\"-form\" role=\"search\" hidden><input id=\"-search\" type=\"search\" "
+           "aria-label=\"Search names, values and files\" placeholder=\"Search names, values and "
+           "files\" autocomplete=\"off\" spellcheck=\"false\"> <select id=\"-filter\" "
+           "aria-label=\"File\"><option value=\"\">all files</option>";
+    for (const ListedFile& listed : subject.files) {
+      out << "<option>" << inHtml(listed.name) << "</option>";
     }
-    out << "<p id=\"-status\" role=\"status\"></p>\n<ol id=\"-results\" hidden></ol>\n";
+    out << "</select></form>\n<p id=\"-status\" role=\"status\"></p>\n"
+           "<ol id=\"-results\" hidden></ol>\n";
   }
 
   LoadOptions load;
   bool isCheck = false;
   std::string file;
+  std::string fileB;
 };
 
 }  // namespace

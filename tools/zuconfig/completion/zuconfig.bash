@@ -181,7 +181,7 @@ _zuconfig() {
           while IFS=$'\t' read -r _ name _; do choices+=("$name"); done < <(_zuconfig_ask errors)
           ;;
         errors:* | schema:*) ;;
-        *:0:* | diff:1:* | check:*) return ;;
+        *:0:* | diff:1:* | page:1:* | check:*) return ;;
         explain:1:* | get:1:* | list:1:*)
           [[ ${files[0]} == - ]] ||
             _zuconfig_selectors "$word" "${directories[@]}" -- "${files[0]}"

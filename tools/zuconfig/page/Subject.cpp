@@ -38,8 +38,8 @@ class Survey : public Visitor {
 
 }  // namespace
 
-Subject::Subject(Loader& loader, const std::string& file)
-    : name(shownArgument(file)), loader(loader) {
+Subject::Subject(Loader& loader, const std::string& file, const char* suffix)
+    : name(shownArgument(file)), suffix(suffix), loader(loader) {
   const std::string resolved = loader.resolve(file);
   auto problems = loader.check(resolved, graph);
   graph.addMissing(problems);

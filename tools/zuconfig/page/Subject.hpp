@@ -18,7 +18,7 @@ namespace zuconfig {
 class Subject {
  public:
   // Loads and checks file. Throws Failure when it is wrongly used, not when it does not load.
-  Subject(Loader& loader, const std::string& file);
+  Subject(Loader& loader, const std::string& file, const char* suffix = "");
 
   bool hasErrors() const;
 
@@ -31,7 +31,8 @@ class Subject {
   // The number of a file of this path in files.
   std::size_t numberOf(const std::string& path) const { return numbers.at(path); }
 
-  const std::string name;  // for the eye
+  const std::string name;    // for the eye
+  const std::string suffix;  // of ids, where a page has two subjects
   Loader& loader;
   IConfigPtr config;  // null when it does not load
   Origins origins;

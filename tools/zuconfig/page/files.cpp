@@ -14,19 +14,18 @@ using json = nlohmann::ordered_json;
 
 class FilesWriter {
  public:
-  FilesWriter(std::ostream& out, const Subject& subject, const std::string& suffix)
+  FilesWriter(std::ostream& out, const Subject& subject)
       : out(out),
         subject(subject),
         names(subject.loader.getNames()),
-        path(subject.loader.searchPath()),
-        suffix(suffix) {}
+        path(subject.loader.searchPath()) {}
 
   void writeGraph() const {
-    open("files", "Files");
+    openSection(out, subject, "files", "Files");
     if (!subject.files.empty()) {
       out << "<div class=\"picture\" tabindex=\"0\" role=\"region\" aria-label=\"Include "
              "graph\">\n";
-      writePicture(out, subject.files, fileId(suffix, 0).substr(0, fileId(suffix, 0).size() - 1));
+      writePicture(out, subject.files, filePrefix(subject));
       out << "</div>\n";
     }
     out << "<ol class=\"files\" start=\"0\">\n";
@@ -35,7 +34,7 @@ class FilesWriter {
   }
 
   void writePath() const {
-    open("path", "Search path");
+    openSection(out, subject, "path", "Search path");
     out << "<ol class=\"path\">\n";
     for (const PathEntry& entry : path) {
       const std::string reason = whyNoDirectory(entry.directory);
@@ -53,11 +52,6 @@ class FilesWriter {
   }
 
  private:
-  void open(const std::string& id, const char* title) const {
-    out << "<section id=\"-" << id << suffix << "\" aria-labelledby=\"-" << id << suffix
-        << "-title\">\n<h2 id=\"-" << id << suffix << "-title\">" << title << "</h2>\n";
-  }
-
   bool isOnPath(const Node& node) const {
     return node.name[0] != '/' &&
            std::any_of(path.begin(), path.end(),
@@ -67,7 +61,8 @@ class FilesWriter {
   void writeFile(std::size_t number) const {
     const ListedFile& file = subject.files[number];
     const Node& first = *file.nodes.front();
-    out << "<li id=\"" << fileId(suffix, number) << "\"><b>" << inHtml(file.name) << "</b>\n<ul>";
+    out << "<li id=\"" << filePrefix(subject) << number << "\"><b>" << inHtml(file.name)
+        << "</b>\n<ul>";
     if (first.path.empty()) out << "<li class=\"error\">not found";
     for (const Node* node : file.nodes) {
       if (node->include.file.empty()) continue;
@@ -98,8 +93,9 @@ class FilesWriter {
     for (std::size_t i = 0; i < subject.files.size(); ++i) {
       const Node& node = *subject.files[i].nodes.front();
       if (!isMeant(node) || (*how == 'f' && node.path.empty())) continue;
-      out << "<li class=\"" << how << "\">" << how << " <a href=\"" << linkTo(fileId(suffix, i))
-          << "\">" << inHtml(subject.files[i].name) << "</a>";
+      out << "<li class=\"" << how << "\">" << how << " <a href=\""
+          << linkTo(filePrefix(subject) + std::to_string(i)) << "\">"
+          << inHtml(subject.files[i].name) << "</a>";
       isAny = true;
     }
     return isAny;
@@ -130,13 +126,12 @@ class FilesWriter {
   const Subject& subject;
   const FileNames& names;
   const std::vector<PathEntry> path;
-  const std::string& suffix;
 };
 
 }  // namespace
 
-void writeFiles(std::ostream& out, const Subject& subject, const std::string& suffix) {
-  const FilesWriter writer(out, subject, suffix);
+void writeFiles(std::ostream& out, const Subject& subject) {
+  const FilesWriter writer(out, subject);
   writer.writeGraph();
   writer.writePath();
 }

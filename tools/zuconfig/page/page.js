@@ -8,7 +8,7 @@ const search = document.getElementById('-search');
 const filter = document.getElementById('-filter');
 const results = document.getElementById('-results');
 const message = document.getElementById('-status');
-const tree = document.querySelector('.tree');
+const tree = form && document.querySelector('.tree');
 const data = document.getElementById('-data');
 
 function element(name, text, ...children) {

@@ -20,17 +20,15 @@ std::string quoteOf(const Subject& subject, const Finding& finding) {
 
 }  // namespace
 
-void writeProblems(std::ostream& out, const Subject& subject, const std::string& suffix) {
-  out << "<section id=\"-problems" << suffix << "\" aria-labelledby=\"-problems" << suffix
-      << "-title\">\n<h2 id=\"-problems" << suffix << "-title\">Problems</h2>\n";
-  if (subject.findings.empty()) out << "<p class=\"quiet\">None found.</p>\n";
+void writeProblems(std::ostream& out, const Subject& subject) {
+  openSection(out, subject, "problems", "Problems");
   out << "<ol class=\"problems\">\n";
   for (std::size_t i = 0; i < subject.findings.size(); ++i) {
     const Finding& finding = subject.findings[i];
     const char* kind = nameOf(finding.problem.severity);
-    out << "<li id=\"-problem" << suffix << "-" << i << "\" class=\"" << kind << "\"><p><strong>"
-        << kind << "</strong> " << inHtml(finding.problem.message) << " <small>["
-        << inHtml(finding.problem.rule) << "]</small></p>\n<p class=\"at\">";
+    out << "<li id=\"-problem" << subject.suffix << "-" << i << "\" class=\"" << kind
+        << "\"><p><strong>" << kind << "</strong> " << inHtml(finding.problem.message)
+        << " <small>[" << inHtml(finding.problem.rule) << "]</small></p>\n<p class=\"at\">";
     if (!subject.elements[i].empty()) {
       out << "<a href=\"" << linkTo(subject.elements[i]) << "\">" << inHtml(subject.elements[i])
           << "</a> at ";

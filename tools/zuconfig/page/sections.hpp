@@ -10,15 +10,17 @@
 
 namespace zuconfig {
 
-// What is wrong, with the lines of the files. suffix: what ids end in where a page has two
-// subjects.
-void writeProblems(std::ostream& out, const Subject& subject, const std::string& suffix);
+// What is wrong, with the lines of the files.
+void writeProblems(std::ostream& out, const Subject& subject);
 
 // The configuration as a tree of values and places, an anchor for each selector.
 void writeTree(std::ostream& out, const Subject& subject);
 
+// What differs between two, side by side, and folded what does not.
+void writeDifferences(std::ostream& out, const Subject& a, const Subject& b);
+
 // The include graph, each file of it, and the search path.
-void writeFiles(std::ostream& out, const Subject& subject, const std::string& suffix);
+void writeFiles(std::ostream& out, const Subject& subject);
 
 // For the script: which file was read for which include.
 void writeData(std::ostream& out, const Subject& subject);
@@ -26,8 +28,11 @@ void writeData(std::ostream& out, const Subject& subject);
 // The place of origin as a link to its file.
 std::string placeOf(const Subject& subject, const Origins::Origin& origin);
 
-// A dash, "file", the suffix and the number of a file.
-std::string fileId(const std::string& suffix, std::size_t number);
+// The ids of files are this with the number of the file.
+std::string filePrefix(const Subject& subject);
+
+// The start tag of a section and its heading, which names the subject where there are two.
+void openSection(std::ostream& out, const Subject& subject, const char* id, const char* title);
 
 }  // namespace zuconfig
 

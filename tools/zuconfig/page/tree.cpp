@@ -77,19 +77,28 @@ class TreeWriter : public Visitor {
 
 }  // namespace
 
-std::string fileId(const std::string& suffix, std::size_t number) {
-  return "-file" + suffix + "-" + std::to_string(number);
+std::string filePrefix(const Subject& subject) {
+  return "-file" + subject.suffix + "-";
 }
 
 std::string placeOf(const Subject& subject, const Origins::Origin& origin) {
   if (origin.file == nullptr) return "";
-  return "<a href=\"" + linkTo(fileId("", subject.numberOf(origin.file->path))) + "\">" +
+  const std::size_t number = subject.numberOf(origin.file->path);
+  return "<a href=\"" + linkTo(filePrefix(subject) + std::to_string(number)) + "\">" +
          inHtml(subject.loader.getNames().shown(origin)) + "</a>";
 }
 
+void openSection(std::ostream& out, const Subject& subject, const char* id, const char* title) {
+  const std::string full = "-" + (id + subject.suffix);
+  out << "<section id=\"" << full << "\" aria-labelledby=\"" << full << "-title\">\n<h2 id=\""
+      << full << "-title\">" << title;
+  if (!subject.suffix.empty()) out << " of " << inHtml(subject.name);
+  out << "</h2>\n";
+}
+
 void writeTree(std::ostream& out, const Subject& subject) {
-  out << "<section id=\"-values\" aria-labelledby=\"-values-title\">\n"
-         "<h2 id=\"-values-title\">Values</h2>\n<ul class=\"tree\">\n";
+  openSection(out, subject, "values", "Values");
+  out << "<ul class=\"tree\">\n";
   TreeWriter writer(out, subject);
   service::util::config::visit(subject.config, writer);
   out << "</ul>\n</section>\n";

@@ -18,9 +18,9 @@ struct GivenTexts {
     bool isFromFile;
   };
 
-  std::map<std::string, std::vector<Text>> settings;   // by name; a list has several
+  std::map<std::string, std::vector<Text>> settings;        // by name; a list has several
   std::map<std::string, std::vector<GivenTexts>> sections;  // by name, in the order of the struct
-  std::string key;                                     // of a keyed section, as text
+  std::string key;                                          // of a keyed section, as text
 };
 
 }  // namespace service::util::config::bind::internal

@@ -202,9 +202,8 @@ TEST_F(SettingsTest, BadFilesAreToldOnceForEachState) {
   EXPECT_EQ(after(live, bad), told) << "written again";
   EXPECT_EQ(after(live, section("broker", property("port", "13"))),
             "REFUSED\nsite/main.xml:2: broker: 13 brings bad luck [refused]");
-  EXPECT_EQ(
-      after(live, "<section"),
-      "REFUSED\nsite/main.xml:3: unterminated start tag 'section' [not-well-formed]");
+  EXPECT_EQ(after(live, "<section"),
+            "REFUSED\nsite/main.xml:3: unterminated start tag 'section' [not-well-formed]");
   EXPECT_EQ(after(live, "<include>none</include><include>part.xml</include>"),
             "REFUSED\nsite/main.xml:2: no readable file \"none\" in " +
                 (folder.path / "site").string() + ", " + (folder.path / "early").string() +

@@ -75,9 +75,9 @@ class ObserverTest : public testing::Test {
 };
 
 const std::vector<std::string> allCalls = {
-    "look-up",   "file entered", "property",     "look-up", "file entered", "section",   "property",
-    "file left", "section",      "look-up",      "file entered", "section",  "property",  "file left",
-    "file left"};
+    "look-up",      "file entered", "property",  "look-up",   "file entered",
+    "section",      "property",     "file left", "section",   "look-up",
+    "file entered", "section",      "property",  "file left", "file left"};
 
 constexpr const char* create =
     "service::util::config::IConfigPtr service::util::config::xml::create(const string&, const "
@@ -135,8 +135,8 @@ TEST_F(ObserverTest, AFailureInAnyCallEndsTheLoad) {
 }
 
 TEST_F(ObserverTest, AFailureInAnyCallEndsTheCheck) {
-  const std::vector<std::string> calls = {"look-up",   "file entered", "look-up",
-                                          "file entered", "file left", "look-up",
+  const std::vector<std::string> calls = {"look-up",      "file entered", "look-up",
+                                          "file entered", "file left",    "look-up",
                                           "file entered", "file left",    "file left"};
   Failing never(calls.size(), [] {});
   EXPECT_TRUE(xml::check("main.xml", {}, false, never).empty());

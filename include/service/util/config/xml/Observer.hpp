@@ -48,8 +48,8 @@ class ZU_EXPORT Observer {
   // empty when it is nothing.
   virtual void fileLookedUp(const std::string& name, const std::string& path);
 
-  // A document brings in a file other than by an include, as an entity or as a schema. The file need
-  // not be there.
+  // A document brings in a file other than by an include, as an entity or as a schema. The file
+  // need not be there.
   virtual void fileReferred(const std::string& path);
 
   // A file is about to be parsed.

@@ -28,6 +28,7 @@ void addGrowth(Inputs& inputs, const Extent& extent);
 void addReads(Inputs& inputs, const Extent& extent);
 void addBuilding(const Extent& extent);
 void addDestruction(const Extent& extent);
+void addBindings();
 void addExceptions();
 void addChecks(const Extent& extent);
 void addProcesses(Inputs& inputs);

@@ -22,6 +22,7 @@ int main(int argc, char** argv) {
     addReads(inputs, extent);
     addBuilding(extent);
     addDestruction(extent);
+    addBindings();
     addExceptions();
     addChecks(extent);
     addProcesses(inputs);

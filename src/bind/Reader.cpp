@@ -89,6 +89,7 @@ void Reader::search(Level& level) {
   const Description& description = level.description;
   std::vector<std::pair<std::size_t, Occurrence>> found;  // with their rows
   std::vector<std::size_t> counts(description.rows.size());
+  found.reserve(counts.size());
   level.contents.reserve(level.parts.size());
   for (const IConfigPtr& part : level.parts) {
     const auto& contents = level.contents.emplace_back(part);
@@ -137,15 +138,15 @@ void Reader::tellUnknown(const Level& level, const Occurrence& unknown) {
 void Reader::readSetting(Level& level, std::size_t at) {
   const Occurrences found = level.found(at);
   tellRepeated(level, at);
-  std::vector<Source> sources = sourcesElsewhere(level, at);
-  if (sources.empty() && !found.empty()) sources.push_back({&precedence.nearest(found)});
-  if (sources.size() > 1) sources.erase(sources.begin(), sources.end() - 1);
-  record(level, at, sources);
-  if (sources.empty()) {
+  const std::vector<Source> elsewhere = sourcesElsewhere(level, at);
+  if (elsewhere.empty() && found.empty()) {
+    record(level, at, elsewhere);
     tellMissing(level, at);
-  } else {
-    store(level, at, sources.back(), valueIn(*level.description.rows[at], level.object));
+    return;
   }
+  const Source source = elsewhere.empty() ? Source{&precedence.nearest(found)} : elsewhere.back();
+  if (request.survey != nullptr) record(level, at, {source});
+  store(level, at, source, valueIn(*level.description.rows[at], level.object));
 }
 
 void Reader::readList(Level& level, std::size_t at) {

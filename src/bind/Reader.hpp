@@ -69,6 +69,7 @@ class Reader {
     const Row* key;                  // the setting that it is known by, if there is one
     GivenTexts* given = nullptr;     // to fill, if somebody asks
     std::string describedPath = {};  // path without former names; for a survey only
+    std::size_t depth = 0;           // how many sections lead to it
 
     std::vector<config::internal::Contents> contents = {};  // of the parts
     std::vector<Occurrence> occurrences = {};               // by row, then as loaded
@@ -120,7 +121,7 @@ class Reader {
                    void* object);
   Elements elementsOf(const Level& level, std::size_t at);
   std::string keyOf(const Row& row, const Occurrence& section) const;
-  Level below(const Level& level, const Row& row, Occurrences sections) const;
+  Level below(const Level& level, const Row& row, Occurrences sections, std::string path) const;
   static GivenTexts* givenBelow(const Level& level, const Row& row);
 
   // Distributes the overrides of level to its rows, and tells those that fit none.

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <map>
+#include <utility>
 
 #include "bind/Reader.hpp"
 #include "cppUtil/err/Exception.hpp"
@@ -18,6 +19,7 @@ using xml::Severity;
 
 // What must be left of the stack to go into one more section: a description may hold itself.
 constexpr std::size_t neededStack = 64UL * 1024;
+constexpr std::size_t unaskedDepth = 4;  // to ask takes a system call
 
 std::string pathOf(const std::string& path, const Occurrence& section) {
   return extended(path, *section.name, section.index, section.count);
@@ -25,22 +27,20 @@ std::string pathOf(const std::string& path, const Occurrence& section) {
 
 }  // namespace
 
-Reader::Level Reader::below(const Level& level, const Row& row, Occurrences sections) const {
+Reader::Level Reader::below(const Level& level, const Row& row, Occurrences sections,
+                            std::string path) const {
   const Description& description = row.below();
   Level below = {description,
                  nullptr,
-                 extended(level.path, row.name),
+                 std::move(path),
                  {},
                  level.place,
                  prefixBelow(description, level.variablePrefix, row.name),
                  {},
                  row.isOpen || description.isOpen,
                  nullptr};
+  below.depth = level.depth + 1;
   for (const Occurrence& section : sections) below.parts.push_back(*section.section);
-  if (request.survey != nullptr) {
-    below.describedPath = extended(level.describedPath, row.name);
-  }
-  if (sections.size() == 1) below.path = extended(level.path, *sections.front().name);
   if (!sections.empty()) below.place = precedence.placeOf(precedence.nearest(sections));
   return below;
 }
@@ -54,7 +54,11 @@ void Reader::readSection(Level& level, std::size_t at) {
   const Row& row = *level.description.rows[at];
   const Occurrences found = level.found(at);
   tellRepeated(level, at);
-  Level below = this->below(level, row, found);
+  const std::string& name = found.size() == 1 ? *found.front().name : row.name;
+  Level below = this->below(level, row, found, extended(level.path, name));
+  if (request.survey != nullptr) {
+    below.describedPath = extended(level.describedPath, row.name);
+  }
   record(level, at, below.describedPath, found);
   if (!level.assigned.empty()) below.assignments = level.assigned[at];
   for (Assignment& assignment : below.assignments) ++assignment.depth;
@@ -107,19 +111,19 @@ void Reader::readSections(Level& level, std::size_t at) {
 
 void Reader::readElement(const Level& level, std::size_t at, const Elements& elements,
                          std::size_t index, void* object) {
-  if (cppUtil::internal::stackLeft() < neededStack) {
+  if (level.depth >= unaskedDepth && cppUtil::internal::stackLeft() < neededStack) {
     throw cppUtil::err::Exception(CU_INVALID_ARGUMENT, 0, "src/bind",
                                   "void service::util::config::bind::internal::Reader::read()",
                                   __LINE__, "sections nested too deeply for the stack");
   }
   const Row& row = *level.description.rows[at];
-  Level below = this->below(level, row, elements[index]);
-  below.path = extended(level.path, row.name, static_cast<std::uint32_t>(index),
-                        static_cast<std::uint32_t>(elements.size()));
+  const auto number = static_cast<std::uint32_t>(index);
+  const auto count = static_cast<std::uint32_t>(elements.size());
+  Level below =
+      this->below(level, row, elements[index], extended(level.path, row.name, number, count));
   below.object = object;
   if (request.survey != nullptr) {
-    below.describedPath = extended(level.describedPath, row.name, static_cast<std::uint32_t>(index),
-                                   static_cast<std::uint32_t>(elements.size()));
+    below.describedPath = extended(level.describedPath, row.name, number, count);
   }
   record(level, at, below.describedPath, elements[index]);
   below.variablePrefix.clear();
@@ -143,7 +147,11 @@ Reader::Elements Reader::elementsOf(const Level& level, std::size_t at) {
   Elements groups;
   std::map<std::string, std::size_t> known;  // the group of each key
   for (const Occurrence& section : level.found(at)) {
-    const std::string key = row.isKeyed ? keyOf(row, section) : "";
+    if (!row.isKeyed) {
+      groups.push_back({section});
+      continue;
+    }
+    const std::string key = keyOf(row, section);
     const auto [same, isNew] = known.emplace(key, groups.size());
     if (key.empty() || isNew) {
       groups.push_back({section});

@@ -75,7 +75,7 @@ std::vector<std::string> unitsOf(const Described& described) {
   std::vector<std::string> names;
   const ValueRules rules = rulesOf(described);
   if (!rules.hasUnit()) return names;
-  for (const Unit& unit : unitsOf(rules)) names.push_back(unit.name);
+  for (const Unit& unit : unitsOf(rules)) names.emplace_back(unit.name);
   return names;
 }
 

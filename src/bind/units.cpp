@@ -78,7 +78,7 @@ std::optional<std::string> printUnit(const ValueRules& rules, const Unit& unit) 
     whole.numerator = named.numerator;
     whole.denominator = named.denominator;
     const auto count = inUnit(whole, Number::of(1), unit);
-    if (count) text = std::to_string(count->magnitude) + named.name;
+    if (count) text = std::to_string(count->magnitude).append(named.name);
   }
   return text;
 }
@@ -104,14 +104,23 @@ std::optional<Unit> multiple(std::int64_t count, const Unit& unit) {
 }
 
 std::vector<Unit> unitsOf(const ValueRules& rules) {
-  if (rules.kind == Kind::BYTES) return sizes();
-  if (rules.isFloating) return times();
   std::vector<Unit> units;
-  for (const Unit& unit : times()) {
-    if (inUnit(rules, Number::of(1), unit)) units.push_back(unit);
+  for (const Unit& unit : rules.kind == Kind::BYTES ? sizes() : times()) {
+    if (unitOf(rules, unit.name)) units.push_back(unit);
   }
-  if (units.empty()) units.push_back(times().back());  // of days, say, as many hours as make some
   return units;
+}
+
+std::optional<Unit> unitOf(const ValueRules& rules, std::string_view name) {
+  const bool isTime = rules.kind != Kind::BYTES;
+  for (const Unit& unit : isTime ? times() : sizes()) {
+    if (unit.name != name) continue;
+    // Hours without an exact one: of days, say, as many as make some.
+    const bool isHeld = !isTime || rules.isFloating || &unit == &times().back() ||
+                        inUnit(rules, Number::of(1), unit);
+    return isHeld ? std::make_optional(unit) : std::nullopt;
+  }
+  return std::nullopt;
 }
 
 }  // namespace service::util::config::bind::internal

@@ -100,13 +100,7 @@ Outcome readMeasure(const ValueRules& rules, std::string_view text, Number& numb
   std::size_t end = text.size();
   while (end > 0 && isLetter(text[end - 1])) --end;
   const std::string_view name = text.substr(end);
-  std::optional<Unit> unit = rules.bareUnit;
-  if (!name.empty()) {
-    const auto units = unitsOf(rules);
-    const auto found = std::find_if(units.begin(), units.end(),
-                                    [&](const Unit& candidate) { return candidate.name == name; });
-    unit = found == units.end() ? std::nullopt : std::make_optional(*found);
-  }
+  const std::optional<Unit> unit = name.empty() ? rules.bareUnit : unitOf(rules, name);
   const Outcome outcome = readNumber(rules, text.substr(0, end), number);
   if (!unit || outcome == Outcome::WRONG) return Outcome::WRONG;
   const auto measure = inUnit(rules, number, *unit);
@@ -238,7 +232,7 @@ std::optional<Number> countOf(const ValueRules& rules, const Number& number, con
 
 // A whole number in the unit that makes it smallest, a floating one in seconds.
 std::string printMeasure(const ValueRules& rules, const Number& number) {
-  std::string name;
+  std::string_view name;
   Number shown;
   for (const Unit& unit : unitsOf(rules)) {
     const auto count = countOf(rules, number, unit);
@@ -248,7 +242,7 @@ std::string printMeasure(const ValueRules& rules, const Number& number) {
     shown = *count;
     name = unit.name;
   }
-  return printDigits(rules, shown) + name;
+  return printDigits(rules, shown).append(name);
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "bind/Number.hpp"
@@ -15,7 +16,7 @@ namespace service::util::config::bind::internal {
 
 // A unit of durations, in seconds, or of sizes, in bytes: numerator / denominator of them.
 struct Unit {
-  std::string name;
+  std::string_view name;  // of a text that lasts
   std::int64_t numerator;
   std::int64_t denominator;
 };
@@ -84,6 +85,9 @@ std::optional<Unit> parseUnit(const ValueRules& rules, const std::string& text);
 // The units that texts of the kind may have, the smallest first: of a duration those that it holds
 // exactly.
 std::vector<Unit> unitsOf(const ValueRules& rules);
+
+// The one of them that is called so.
+std::optional<Unit> unitOf(const ValueRules& rules, std::string_view name);
 
 // The least and the greatest value of the type, for kinds with an order.
 std::pair<Number, Number> boundsOf(const ValueRules& rules);

@@ -65,7 +65,7 @@ void Origins::fileLeft(const File& /*file*/) {
 void Origins::add(Kind kind, const IConfigPtr& config, const std::string& name, std::uint32_t index,
                   const Location& location) {
   if (root == nullptr) root = config;
-  const auto id = names.emplace(name, static_cast<std::uint32_t>(names.size())).first->second;
+  const auto id = names.try_emplace(name, static_cast<std::uint32_t>(names.size())).first->second;
   records.push_back({config.get(), kind, id, index, open.back(), location.line, location.column});
 }
 

@@ -129,7 +129,8 @@ void addColdLoad(Inputs& inputs) {
   add(figure, "a Session alone", [](benchmark::State& state) {
     const WithoutXmlLibrary cold;
     timeMaking(state, smallInput.batch, [] {
-      const service::util::config::xml::Session session;
+      using service::util::config::xml::Session;
+      const Session session(Session::NOW);
       return Kept();
     });
   });

@@ -103,7 +103,8 @@ void printAll(bool smallOnly) {
 
 int main(int argc, char** argv) {
   try {
-    const service::util::config::xml::Session session;
+    using service::util::config::xml::Session;
+    const Session session(Session::NOW);
     benchmarks::printAll(argc == 2 && std::strcmp(argv[1], "--small") == 0);
     return 0;
   } catch (const std::exception& failure) {

@@ -13,7 +13,8 @@ int main(int argc, char** argv) {
   const Extent extent = {argc == 2 && std::strcmp(argv[1], "--small") == 0};
   if (!extent.smallOnly && benchmark::ReportUnrecognizedArguments(argc, argv)) return 2;
   try {
-    const service::util::config::xml::Session session;
+    using service::util::config::xml::Session;
+    const Session session(Session::NOW);
     Inputs inputs;
     addLoads(inputs, extent);
     addPeers(inputs, extent);

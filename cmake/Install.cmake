@@ -1,6 +1,7 @@
 # What `cmake --install` gives: the public headers, the libraries, a CMake package, pkg-config files,
 # the grammar and the documents. The tree may be moved as a whole. Its components are Runtime,
-# Development, Documentation, and Tools, the command.
+# RuntimeXml, which programs that load plain files only can do without, Development, Documentation,
+# and Tools, the command.
 #
 # Neither the package nor the pkg-config files name the XML library: callers do not need its
 # development files.
@@ -63,11 +64,15 @@ if(ZU_PLATFORM STREQUAL "BUNDLED")
 endif()
 
 # The libraries find each other in whatever directory they were put.
-set_target_properties(${ZU_INSTALLED_LIBRARIES} PROPERTIES INSTALL_RPATH "$ORIGIN")
+set_target_properties(${ZU_INSTALLED_LIBRARIES} zuUtilConfigXml PROPERTIES INSTALL_RPATH "$ORIGIN")
 install(TARGETS ${ZU_INSTALLED_LIBRARIES} EXPORT zuUtilConfig
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
     COMPONENT Runtime NAMELINK_COMPONENT Development
   FILE_SET HEADERS DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT Development)
+
+# Nobody links it.
+install(TARGETS zuUtilConfigXml LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR}
+  COMPONENT RuntimeXml NAMELINK_SKIP)
 
 set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/zuUtilConfig)
 install(EXPORT zuUtilConfig FILE zuUtilConfigTargets.cmake NAMESPACE zu::

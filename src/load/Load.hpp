@@ -15,6 +15,12 @@ namespace service::util::config::xml::internal {
 constexpr const char* unit = "src/xmlConfig";
 
 // Whatever version of the XML library is in use.
+constexpr const char* createSignature =
+    "service::util::config::IConfigPtr service::util::config::xml::create(const string&, const "
+    "SchemeList&, bool)";
+constexpr const char* parseSignature =
+    "void service::util::config::xml::internal::XmlConfigParser::parse(const IConfigPtr&, const "
+    "string&)";
 constexpr const char* parseConfigSignature =
     "void service::util::config::xml::internal::XmlConfigParser::parseConfig(const IConfigPtr&, "
     "const xercesc_3_1::DOMElement&)";

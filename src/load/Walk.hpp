@@ -31,6 +31,19 @@ class Walk {
  public:
   explicit Walk(Load& load) : load(load) {}
 
+  void parse(ElementKind kind, const IConfigPtr& config, const Element& element) {
+    switch (kind) {
+      case ElementKind::CONFIG:
+        return parseConfig(config, element);
+      case ElementKind::SECTION:
+        return parseSection(config, element);
+      case ElementKind::PROPERTY:
+        return parseProperty(config, element);
+      case ElementKind::INCLUDE:
+        return parseInclude(config, element);
+    }
+  }
+
   void parseConfig(const IConfigPtr& config, const Element& root) {
     const Guard guarded(unit, parseConfigSignature);
     guarded([&] { root.match(ElementKind::CONFIG); });

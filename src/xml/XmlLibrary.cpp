@@ -26,13 +26,13 @@ void requireMemory() {
 
 }  // namespace
 
-void XmlLibrary::initialize() {
+void initializeXmlLibrary() {
   if (XMLPlatformUtils::fgMemoryManager == nullptr) requireMemory();
   withoutXmlExceptions(
       [] { XMLPlatformUtils::Initialize(xercesc::XMLUni::fgXercescDefaultLocale); });
 }
 
-void XmlLibrary::terminate() {
+void terminateXmlLibrary() {
   XMLPlatformUtils::Terminate();
 }
 

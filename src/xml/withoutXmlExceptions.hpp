@@ -13,9 +13,9 @@ namespace service::util::config::xml::internal {
 struct XmlLibraryFailure {};
 
 template <class Step>
-void withoutXmlExceptions(const Step& step) {
+decltype(auto) withoutXmlExceptions(const Step& step) {
   try {
-    step();
+    return step();
   } catch (const xercesc::XMLException&) {
     throw XmlLibraryFailure();
   } catch (const xercesc::DOMException&) {

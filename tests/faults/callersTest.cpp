@@ -84,6 +84,22 @@ TEST(Callers, KeepTheirOwnInitialisation) {
   loadAll();
 }
 
+TEST(Callers, HoldTheXmlLibraryFromItsFirstUseOn) {
+  auto first = std::make_unique<Session>();
+  EXPECT_EQ(load("include-in-section", true), 0u);
+  EXPECT_FALSE(isXmlLibraryInitialised());
+  EXPECT_EQ(load("malformed", false), 6u);
+  EXPECT_TRUE(isXmlLibraryInitialised());
+  {
+    const Session second(Session::NOW);
+    first.reset();
+    EXPECT_TRUE(isXmlLibraryInitialised());
+  }
+  EXPECT_FALSE(isXmlLibraryInitialised());
+  const Session now(Session::NOW);
+  EXPECT_TRUE(isXmlLibraryInitialised());
+}
+
 // The heap counts what threads keep for themselves as in use; glibc is told to keep nothing. The
 // sanitizers have a heap of their own, and look for leaks themselves.
 TEST(Callers, LoadOverAndOverWithLevelMemory) {

@@ -28,6 +28,7 @@
 namespace {
 
 using service::util::config::IConfigPtr;
+using service::util::config::xml::Session;
 
 // The functions of the XML library that an allocation failing in them, or before, breaks for good.
 const std::set<std::string> knownFaults = {
@@ -86,12 +87,7 @@ std::string functionOf(const std::string& symbol) {
 IConfigPtr load(bool validate) {
   try {
     return service::util::config::xml::create("main.xml", {}, validate);
-  } catch (const cppUtil::err::Exception& e) {
-    // A failing initialisation is the load's, too.
-    if (e.getFile() == "src/session") {
-      std::fprintf(stderr, "%s%s", brokenBy, e.getFile().c_str());
-      _exit(1);
-    }
+  } catch (const cppUtil::err::Exception&) {
   } catch (const std::bad_alloc&) {
   }
   return nullptr;
@@ -114,7 +110,12 @@ const int stride = isNightly ? 1 : ZU_STRIDE;
 
 class MemoryTest : public testing::Test {
  protected:
-  void SetUp() override { setSearchPath({ZU_TEST_DATA_DIR "/include-in-section"}); }
+  // The XML library is opened here: the loader of the system and the initialisers of forty
+  // libraries are not what is tested.
+  void SetUp() override {
+    setSearchPath({ZU_TEST_DATA_DIR "/include-in-section"});
+    Session opened(Session::NOW);
+  }
 };
 
 // The XML library makes thousands of allocations alike when it is initialised; few of those are
@@ -123,7 +124,7 @@ TEST_F(MemoryTest, EveryAllocationFailingOnce) {
   int initialisation = 0;
   {
     const FailingAllocations count(FailingAllocations::all, 0);
-    const service::util::config::xml::Session session;
+    const Session session(Session::NOW);
     initialisation = FailingAllocations::all - FailingAllocations::getAllowed();
   }
   std::set<std::string> faults;

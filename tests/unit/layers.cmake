@@ -55,7 +55,8 @@ room(plain FILES src/plain/*.hpp src/plain/*.cpp
   SEES "plain/" "service/util/config/grammar/" ${load})
 room(report FILES src/report/*.hpp src/report/*.cpp SEES "report/" ${load})
 room(xml FILES src/xml/*.hpp src/xml/*.cpp
-  SEES "(xml|plain|report)/" "service/util/config/grammar/" ${load} ${toolkit})
+  SEES "(xml|report)/" "service/util/config/grammar/" ${load} ${toolkit})
+room(entry FILES src/entry/*.hpp src/entry/*.cpp SEES "(entry|plain)/" ${load})
 room(bind FILES src/bind/*.hpp src/bind/*.cpp include/service/util/config/bind.hpp
     include/service/util/config/bind/*.hpp
   SEES "bind/" "service/util/config/bind[./]" ${load})

@@ -54,7 +54,6 @@ class ZU_EXPORT XmlConfigParser {
  private:
   struct ZU_NO_EXPORT Load;
 
-  ZU_NO_EXPORT void parseXml(const IConfigPtr& config, const std::string& fileName);
   template <class Step>
   ZU_NO_EXPORT void inLoad(const Step& step);
 

@@ -10,32 +10,20 @@
 #include <cstdlib>
 #include <cstring>
 #include <optional>
-#include <xercesc/dom/DOM.hpp>
-#include <xercesc/framework/XMLGrammarPoolImpl.hpp>
-#include <xercesc/util/PlatformUtils.hpp>
 
 #include "cppUtil/err/Exception.hpp"
 #include "cppUtil/err/guarded.hpp"
 #include "cppUtil/fileName/getPath.hpp"
 #include "cppUtil/logger/Logger.hpp"
-#include "load/LoadEvents.hpp"
+#include "entry/XmlUse.hpp"
 #include "load/SearchedFirst.hpp"
 #include "load/Walk.hpp"
 #include "plain/Element.hpp"
 #include "plain/readFile.hpp"
-#include "service/util/config/grammar/getGrammar.hpp"
 #include "service/util/config/internal/Config.hpp"
 #include "service/util/config/xml/create.hpp"
 #include "service/util/config/xml/internal/XmlConfigParser.hpp"
 #include "service/util/locator/ConfigLocator.hpp"
-#include "xerces/Exception.hpp"
-#include "xerces/Parser.hpp"
-#include "xerces/dom.hpp"
-#include "xml/DocumentParser.hpp"
-#include "xml/XmlLibrary.hpp"
-#include "xml/names.hpp"
-#include "xml/validation.hpp"
-#include "xml/withoutXmlExceptions.hpp"
 
 namespace service::util::config::xml {
 
@@ -43,27 +31,13 @@ namespace {
 
 using cppUtil::err::Exception;
 using cppUtil::err::guarded;
-using cppUtil::err::Place;
-using internal::ElementKind;
-using internal::Position;
+using internal::createSignature;
 using internal::unit;
-using internal::withoutXmlExceptions;
 using locator::ConfigLocator;
-using xercesc::DOMElement;
-using xercesc::DOMNode;
-using xercesc::XMLPlatformUtils;
 
-// The signatures that failures are reported with, whatever version of the XML library is in use.
-constexpr const char* createSignature =
-    "service::util::config::IConfigPtr service::util::config::xml::create(const string&, const "
-    "SchemeList&, bool)";
 constexpr const char* constructorSignature =
     "service::util::config::xml::internal::XmlConfigParser::XmlConfigParser(const string&, const "
     "SchemeList&, bool)";
-constexpr const char* parseSignature =
-    "void service::util::config::xml::internal::XmlConfigParser::parse(const IConfigPtr&, const "
-    "string&)";
-
 constexpr std::uint32_t infoLevel = CU_INFO;
 
 void logParsing(const std::string& fileName) {
@@ -77,70 +51,6 @@ bool isPlainOff() {
   const char* setting = ::secure_getenv("ZU_CONFIG_PLAIN");
   return setting != nullptr && std::strcmp(setting, "off") == 0;
 }
-
-void requireKnownNamespace(const DOMElement& root, const SchemeList& schemes) {
-  if (internal::isInKnownNamespace(root, schemes)) return;
-  throw xerces::failureAt(
-      root, std::string("expected element in the namespace \"") + grammar::targetNamespace + "\"!");
-}
-
-// An element of a DOM for the walk.
-class DomElement {
- public:
-  class Children;
-
-  explicit DomElement(const DOMElement& element) : element(&element) {}
-
-  void match(ElementKind kind) const { xerces::match(*element, nameOf(kind)); }
-  void readName(std::string& name) const {
-    name = xerces::mandatoryAttribute(*element, names::name);
-  }
-  void readText(std::string& text) const { text = xerces::textContent(*element); }
-  Position position() const { return {tag().line, tag().column}; }
-  std::string file() const { return tag().file; }
-  void fail(const char* reason) const { throw xerces::failureAt(*element, reason); }
-
- private:
-  static const xerces::XmlString& nameOf(ElementKind kind) {
-    switch (kind) {
-      case ElementKind::PROPERTY:
-        return names::property;
-      case ElementKind::INCLUDE:
-        return names::include;
-      case ElementKind::SECTION:
-        return names::section;
-      default:
-        return names::config;
-    }
-  }
-
-  const xerces::Parser::LocationTag& tag() const { return xerces::Parser::getLocationTag(element); }
-
-  const DOMElement* element;
-};
-
-// Sorted by kind in one go, as the DOM is slow to walk over.
-class DomElement::Children {
- public:
-  explicit Children(const DomElement& parent) {
-    for (const DOMNode* node = parent.element->getFirstChild(); node != nullptr;
-         node = node->getNextSibling()) {
-      if (node->getNodeType() != DOMNode::ELEMENT_NODE) continue;
-      const auto* element = static_cast<const DOMElement*>(node);
-      if (const auto kind = names::kindOf(*element)) {
-        elements[static_cast<std::size_t>(*kind)].emplace_back(*element);
-      }
-    }
-  }
-
-  template <class Step>
-  void forEach(ElementKind kind, const Step& step) const {
-    for (const DomElement& element : elements[static_cast<std::size_t>(kind)]) step(element);
-  }
-
- private:
-  std::vector<DomElement> elements[4];
-};
 
 IConfigPtr createObserved(const std::string& file, const SchemeList& schemes, bool validate,
                           Observer* observer) {
@@ -163,15 +73,7 @@ IConfigPtr create(const std::string& file, const SchemeList& schemes, bool valid
 namespace internal {
 
 using config::internal::Config;
-
-// What a load needs once one of its files goes through the XML library.
-struct XmlState {
-  XmlLibrary library;
-  // Holds the grammar of configuration files and nothing else: schemas that one file brings along
-  // must not change what holds for the next.
-  xercesc::XMLGrammarPoolImpl grammars{XMLPlatformUtils::fgMemoryManager};
-  bool hasGrammar = false;
-};
+using ZU_XERCES_NAMESPACE::DOMElement;
 
 // The parser knows its load while it lives.
 struct XmlConfigParser::Load : internal::Load {
@@ -195,9 +97,23 @@ struct XmlConfigParser::Load : internal::Load {
     });
   }
 
+  // For the files that are not plain.
+  XmlReader& xmlReader() {
+    if (reader == nullptr) {
+      guarded({unit, createSignature, __LINE__}, [&] {
+        if (!xml) xml.emplace();
+        reader = (*xml)->makeReader(parser.schemes, parser.validate);
+      });
+    }
+    return *reader;
+  }
+
   XmlConfigParser& parser;
   const bool triesPlain = !isPlainOff();
-  std::optional<XmlState> xml;
+
+ private:
+  std::optional<XmlUse> xml;
+  std::unique_ptr<XmlReader> reader;
 };
 
 XmlConfigParser::XmlConfigParser(const std::string& file, const SchemeList& schemes, bool validate)
@@ -239,49 +155,27 @@ void XmlConfigParser::parse(const IConfigPtr& config, const std::string& fileNam
     if (running.triesPlain && !(validate && !schemes.empty())) {
       document = plain::readFile(fileName, validate);
     }
-    if (!document) return parseXml(config, fileName);
+    if (!document) return running.xmlReader().read(running, config, fileName);
     guarded({unit, parseSignature, __LINE__}, [&] {
       Walk<plain::Element>(running).parseConfig(config, {*document, fileName, 0});
     });
   });
 }
 
-void XmlConfigParser::parseXml(const IConfigPtr& config, const std::string& fileName) {
-  if (!load->xml) guarded({unit, createSignature, __LINE__}, [&] { load->xml.emplace(); });
-  XmlState& xml = *load->xml;
-  withoutXmlExceptions([&] {
-    if (validate && !xml.hasGrammar) loadGrammar(xml.grammars);
-    xml.hasGrammar = validate;
-    Budget budget(fileName);
-    DocumentParser parser(xml.grammars, schemes, budget, load->events);
-    if (validate) enableValidation(parser, schemes);
-    const xercesc::DOMDocument* document = parser.parseDoc(fileName);
-    const DOMElement* root = document->getDocumentElement();
-    if (root == nullptr) {
-      throw xerces::Exception() << "XMLParser: internal error: No document root element";
-    }
-    if (validate) requireKnownNamespace(*root, schemes);
-    guarded({unit, parseSignature, __LINE__}, [&] { parseConfig(config, *root); });
-  });
-}
-
 void XmlConfigParser::parseConfig(const IConfigPtr& config, const DOMElement& root) {
-  inLoad([&](Load& running) { Walk<DomElement>(running).parseConfig(config, DomElement(root)); });
+  inLoad([&](Load& running) { xmlPart().walk(running, ElementKind::CONFIG, config, root); });
 }
 
 void XmlConfigParser::parseSection(const IConfigPtr& parent, const DOMElement& element) {
-  inLoad(
-      [&](Load& running) { Walk<DomElement>(running).parseSection(parent, DomElement(element)); });
+  inLoad([&](Load& running) { xmlPart().walk(running, ElementKind::SECTION, parent, element); });
 }
 
 void XmlConfigParser::parseProperty(const IConfigPtr& config, const DOMElement& element) {
-  inLoad(
-      [&](Load& running) { Walk<DomElement>(running).parseProperty(config, DomElement(element)); });
+  inLoad([&](Load& running) { xmlPart().walk(running, ElementKind::PROPERTY, config, element); });
 }
 
 void XmlConfigParser::parseInclude(const IConfigPtr& config, const DOMElement& element) {
-  inLoad(
-      [&](Load& running) { Walk<DomElement>(running).parseInclude(config, DomElement(element)); });
+  inLoad([&](Load& running) { xmlPart().walk(running, ElementKind::INCLUDE, config, element); });
 }
 
 }  // namespace internal

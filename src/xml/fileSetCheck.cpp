@@ -2,7 +2,7 @@
 // stack. What a file includes depends on its document and on the order in which directories are
 // searched, so each document is read once, and followed once in each order.
 
-#include "service/util/config/xml/check.hpp"
+#include "xml/fileSetCheck.hpp"
 
 #include <algorithm>
 #include <deque>
@@ -13,13 +13,11 @@
 #include <xercesc/framework/XMLGrammarPoolImpl.hpp>
 #include <xercesc/util/PlatformUtils.hpp>
 
-#include "cppUtil/err/guarded.hpp"
 #include "cppUtil/fileName/getPath.hpp"
 #include "load/Load.hpp"
 #include "load/SearchedFirst.hpp"
 #include "load/describeFile.hpp"
 #include "xml/RepeatedSections.hpp"
-#include "xml/XmlLibrary.hpp"
 #include "xml/documentCheck.hpp"
 #include "xml/validation.hpp"
 
@@ -310,22 +308,9 @@ class FileSetCheck {
 
 }  // namespace
 
-std::vector<Problem> check(const std::string& file, const SchemeList& schemes, bool validate) {
-  Observer nobody;
-  return check(file, schemes, validate, nobody);
-}
-
-std::vector<Problem> check(const std::string& file, const SchemeList& schemes, bool validate,
-                           Observer& observer) {
-  return cppUtil::err::guarded(
-      {"src/check",
-       "std::vector<Problem> service::util::config::xml::check(const string&, const SchemeList&, "
-       "bool, Observer&)",
-       __LINE__},
-      [&] {
-        const internal::XmlLibrary library;
-        return FileSetCheck(schemes, validate, observer).run(file);
-      });
+std::vector<Problem> internal::checkFileSet(const std::string& file, const SchemeList& schemes,
+                                            bool validate, Observer& observer) {
+  return FileSetCheck(schemes, validate, observer).run(file);
 }
 
 }  // namespace service::util::config::xml

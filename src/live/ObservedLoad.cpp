@@ -1,5 +1,7 @@
 #include "live/ObservedLoad.hpp"
 
+#include "service/util/locator/SearchOrder.hpp"
+
 namespace service::util::config::live {
 
 void ObservedLoad::fileLookedUp(const std::string& name, const std::string& path) {
@@ -8,9 +10,10 @@ void ObservedLoad::fileLookedUp(const std::string& name, const std::string& path
        isAlongPath ? locator::ConfigLocator::getEntries() : std::vector<std::string>{""}) {
     const bool needsSlash = !directory.empty() && directory.back() != '/';
     const std::string place = directory + (needsSlash ? "/" : "") + name;
-    const bool isThere = places.add(place);
-    if (place == path) return;
-    isMissed |= isThere;
+    if (!places.add(place)) continue;
+    // What is found may be spelled otherwise.
+    isMissed |= path.empty() || locator::identityOf(place) != locator::identityOf(path);
+    return;
   }
   places.add(path);  // of a platform that tells no entries
 }

@@ -183,6 +183,17 @@ TEST_F(FilesTest, TheDescriptorBecomesReadableForAChangeAndForTheTimes) {
   EXPECT_THROW(Plain("main.xml", {}, false), cppUtil::err::Exception);
 }
 
+TEST_F(FilesTest, AFileInTheCurrentDirectoryIsFollowedThere) {
+  folder.put("site/main.xml", property("speed", "1"));
+  setSearchPath({""});
+  const auto before = std::filesystem::current_path();
+  std::filesystem::current_path(folder.path / "site");
+  Plain live("main.xml", {}, false, drivenBy<Plain>(clock));
+  folder.put("site/main.xml", property("speed", "2"));
+  EXPECT_EQ(next(live), "CHANGED\nspeed: 1 (site/main.xml:2) -> 2 (site/main.xml:2)");
+  std::filesystem::current_path(before);
+}
+
 TEST_F(FilesTest, AThousandChangesAreAThousand) {
   folder.put("site/main.xml", property("speed", "0"));
   Plain live("main.xml", {}, false, drivenBy<Plain>(clock));

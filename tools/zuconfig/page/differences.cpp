@@ -67,7 +67,7 @@ class DifferenceWriter : public ComparisonVisitor {
   void enterSection(const Compared& at) override {
     finishValues();
     const bool isOpen = open.count(at.path) > 0;
-    out << "<li><details id=\"" << inHtml(at.path) << ".\"" << (isOpen ? " open" : "")
+    out << "<li class=\"section\"><details id=\"" << inHtml(at.path) << ".\"" << (isOpen ? " open" : "")
         << "><summary><b>" << nameOf(at) << "</b>";
     if (!isInBoth(at)) {
       const char* element = at.inA != nullptr ? "del" : "ins";
@@ -87,7 +87,7 @@ class DifferenceWriter : public ComparisonVisitor {
   // Folds the equal values of the section that is open.
   void finishValues() {
     if (equalCount == 0) return;
-    out << "<li class=\"equal\"><details><summary>" << counted(equalCount, "equal value")
+    out << "<li class=\"section equal\"><details><summary>" << counted(equalCount, "equal value")
         << "</summary><ul>\n"
         << equal << "</ul></details>\n";
     equal.clear();

@@ -34,7 +34,7 @@ class TreeWriter : public Visitor {
 
   bool enterSection(const Visited& visited, const IConfigPtr& /*section*/) override {
     const Origins::Origin origin = subject.originOf(visited, true);
-    out << "<li><details id=\"" << inHtml(visited.path) << ".\""
+    out << "<li class=\"section\"><details id=\"" << inHtml(visited.path) << ".\""
         << (subject.values <= mostOpenValues ? " open" : "") << "><summary><b>"
         << inHtml(spellPath("", visited.name, visited.index, visited.count)) << "</b> <i>"
         << inHtml(subject.loader.getNames().shown(origin)) << "</i>";

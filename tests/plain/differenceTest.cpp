@@ -9,6 +9,7 @@
 #include <stdlib.h>
 
 #include <clocale>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <sstream>
@@ -136,9 +137,9 @@ int tellShare(const std::vector<std::string>& folders) {
   Counts counts;
   long files = 0;
   for (const std::string& folder : folders) {
-    for (const auto& entry : fs::recursive_directory_iterator(folder)) {
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
       if (entry.path().extension() != ".xml") continue;
-      const std::string file = fs::absolute(entry.path());
+      const std::string file = std::filesystem::absolute(entry.path());
       ++files;
       if (load(file, "off", false).find("\nloaded\n") == std::string::npos) continue;
       ++counts.loaded;
@@ -157,7 +158,8 @@ int main(int argc, char** argv) {
   // Where it is not known that the XML library's local code page is UTF-8, the locale decides.
   std::setlocale(LC_ALL, "C.UTF-8");
   try {
-    if (argc > 1 && fs::is_directory(argv[1])) return tellShare({argv + 1, argv + argc});
+    if (argc > 1 && std::filesystem::is_directory(argv[1]))
+      return tellShare({argv + 1, argv + argc});
     return run(argc > 1 ? static_cast<std::uint32_t>(std::atol(argv[1])) : 1,
                argc > 2 ? std::atol(argv[2]) : 1000);
   } catch (const std::exception& failure) {

@@ -76,7 +76,7 @@ Range SourceText::rangeOf(const Location& location) {
 
 Excerpt SourceText::excerpt(const Location& location) {
   Excerpt excerpt;
-  if (location.line < 1) return excerpt;
+  if (location.line < 1 || (isQuotable && !isQuotable(location))) return excerpt;
   SourceFile& source = open(location.file);
   const auto place = source.find(location.line, location.column);
   if (!place) return excerpt;

@@ -3,9 +3,11 @@
 #ifndef SRC_REPORT_SOURCETEXT_HPP
 #define SRC_REPORT_SOURCETEXT_HPP
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <unordered_map>
+#include <utility>
 #include <vector>
 
 #include "report/SourceFile.hpp"
@@ -45,12 +47,15 @@ class SourceText {
   // file counts.
   void expect(const std::string& file);
 
+  // Of lines for which this is false no excerpt is given. Null: all are quoted.
+  void quoteOnly(std::function<bool(const Location&)> allowed) { isQuotable = std::move(allowed); }
+
   // The tag that ends at location, or the point itself. The library says where a start tag ends;
   // people and editors want to go where it begins.
   Range rangeOf(const Location& location);
 
-  // The line around location, cut when it is long. Empty for lines that there are not and for files
-  // that are not read.
+  // The line around location, cut when it is long. Empty for lines that there are not or that
+  // must not be quoted, and for files that are not read.
   Excerpt excerpt(const Location& location);
 
   // The first byte that is no UTF-8.
@@ -66,6 +71,7 @@ class SourceText {
 
   std::unordered_map<std::string, SourceFile> files;
   std::unordered_map<std::string, FileState> expected;
+  std::function<bool(const Location&)> isQuotable;
 };
 
 }  // namespace service::util::config::report

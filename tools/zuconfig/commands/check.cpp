@@ -6,6 +6,8 @@
 
 #include "commands/Command.hpp"
 #include "shared/Loader.hpp"
+#include "shared/Programs.hpp"
+#include "shared/Secrets.hpp"
 #include "shared/problems.hpp"
 
 namespace zuconfig {
@@ -25,13 +27,15 @@ struct Check {
     command.add_option("--format", format, "text (the default), json or sarif")
         ->type_name("FORMAT")
         ->check(CLI::IsMember({"text", "json", "sarif"}));
+    programs.define(command);
+    programs.defineSet(command);
     command.add_flag("--strict", isStrict, "Let warnings fail as errors do");
     command.add_option("--ignore", ignored, "Leave out the warnings of RULE; repeatable")
         ->type_name("RULE")
         ->allow_extra_args(false)
         ->check(CLI::IsMember({"deep-includes", "entity-element", "not-on-path", "padded-value",
-                               "repeated-section", "shadowed-file", "unknown-element",
-                               "unreachable-name", "unread-end", "xml"}));
+                               "renamed-setting", "repeated-section", "shadowed-file",
+                               "unknown-element", "unreachable-name", "unread-end", "xml"}));
     command.add_option("FILE", files, "Configuration files; - is standard input")->required();
   }
 
@@ -39,6 +43,8 @@ struct Check {
     Loader loader(load);
     SourceText& source = loader.getSources();
     const FileNames& names = loader.getNames();
+    const Programs judges(programs);
+    Secrets secrets(judges, source);
     std::vector<Finding> findings;
     std::set<Key> known;
     for (const std::string& file : files) {
@@ -49,6 +55,14 @@ struct Check {
       for (const Problem& problem : problems) {
         if (isWanted(problem, known)) findings.push_back(describe(problem, names, source));
       }
+      if (judges.isEmpty()) continue;
+      if (hasError(problems)) {
+        secrets.close();
+        continue;
+      }
+      for (const Problem& problem : judged(resolved, loader, judges, secrets)) {
+        if (isWanted(problem, known)) findings.push_back(asTold(problem));
+      }
     }
     if (format == "json") {
       printJson(findings, names, source);
@@ -56,6 +70,10 @@ struct Check {
       printSarif(findings, names, source);
     } else {
       printText(std::cout, Colours(), findings, names, source);
+    }
+    if (const std::string left = judges.leftToThem(); !left.empty()) {
+      std::cout.flush();
+      std::cerr << "zuconfig: note: " << printable(left) << "\n";
     }
     return codeFor(findings);
   }
@@ -73,9 +91,36 @@ struct Check {
         {}};
   }
 
-  // What several of the files include is not told of again.
+  static bool hasError(const std::vector<Problem>& problems) {
+    return std::any_of(problems.begin(), problems.end(),
+                       [](const Problem& problem) { return problem.severity == Severity::ERROR; });
+  }
+
+  // What the programs find in a file that loads.
+  static std::vector<Problem> judged(const std::string& resolved, Loader& loader,
+                                     const Programs& judges, Secrets& secrets) {
+    Origins origins;
+    const IConfigPtr config = loader.load(resolved, origins);
+    Judgement judgement = judges.judge(config, origins);
+    secrets.add(judgement, config, origins);
+    return std::move(judgement.problems);
+  }
+
+  // At the place that the program tells, which of a wrong value is its text.
+  static Finding asTold(const Problem& problem) {
+    const Location& at = problem.location;
+    Finding finding = {problem, {at.file, at.line, at.column, at.line, at.column}};
+    finding.problem.message = printable(problem.message);
+    return finding;
+  }
+
+  // What several of the files include is not told of again. Selectors do not matter to programs
+  // that read by a description.
   bool isWanted(const Problem& problem, std::set<Key>& known) const {
     const Location& at = problem.location;
+    const bool isOfSelectors =
+        problem.rule == "repeated-section" || problem.rule == "unreachable-name";
+    if (isOfSelectors && !programs.programs.empty()) return false;
     return std::find(ignored.begin(), ignored.end(), problem.rule) == ignored.end() &&
            known.insert({at.file, at.line, at.column, problem.message}).second;
   }
@@ -90,6 +135,7 @@ struct Check {
   }
 
   LoadOptions load;
+  ProgramOptions programs;
   std::string format = "text";
   bool isStrict = false;
   std::vector<std::string> ignored;

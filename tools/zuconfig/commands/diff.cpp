@@ -4,6 +4,7 @@
 #include "commands/Command.hpp"
 #include "shared/Comparison.hpp"
 #include "shared/Loader.hpp"
+#include "shared/Secrets.hpp"
 #include "shared/text.hpp"
 
 namespace zuconfig {
@@ -18,14 +19,21 @@ struct Side {
 
 class DifferencePrinter : public ComparisonVisitor {
  public:
-  DifferencePrinter(const FileNames& files, const Side& a, const Side& b, bool isNull)
-      : files(files), a(a), b(b), isNull(isNull) {}
+  DifferencePrinter(const FileNames& files, const Secrets& secrets, const Side& a, const Side& b,
+                    bool isNull)
+      : files(files), secrets(secrets), a(a), b(b), isNull(isNull) {}
 
   void value(const Compared& at, const std::string& valueA, const std::string& valueB) override {
     if (at.inA != nullptr && at.inB != nullptr && valueA == valueB) return;
     start(at.path);
-    if (at.inA != nullptr) print('-', at.path, valueA, a.origins.of(at.inA, at.name, at.index));
-    if (at.inB != nullptr) print('+', at.path, valueB, b.origins.of(at.inB, at.name, at.index));
+    if (at.inA != nullptr) {
+      print('-', at.path, secrets.shown(at.inA, at.name, valueA),
+            a.origins.of(at.inA, at.name, at.index));
+    }
+    if (at.inB != nullptr) {
+      print('+', at.path, secrets.shown(at.inB, at.name, valueB),
+            b.origins.of(at.inB, at.name, at.index));
+    }
   }
 
   void enterSection(const Compared& at) override {
@@ -60,6 +68,7 @@ class DifferencePrinter : public ComparisonVisitor {
   }
 
   const FileNames& files;
+  const Secrets& secrets;
   const Side& a;
   const Side& b;
   const bool isNull;
@@ -72,6 +81,7 @@ struct Diff {
 
   void define(CLI::App& command) {
     load.define(command);
+    programs.define(command);
     command.add_flag("-0,--null", isNull,
                      "Print records for scripts: sign, selector, line break, value, zero byte");
     command.add_option("A", fileA, "A configuration file; - is standard input")->required();
@@ -80,22 +90,27 @@ struct Diff {
 
   ExitCode run() const {
     Loader loader(load);
+    const Programs judges(programs);
+    Secrets secrets(judges, loader.getSources());
     Side a;
     Side b;
-    read(loader, fileA, a);
-    read(loader, fileB, b);
-    DifferencePrinter printer(loader.getNames(), a, b, isNull);
+    read(loader, judges, secrets, fileA, a);
+    read(loader, judges, secrets, fileB, b);
+    DifferencePrinter printer(loader.getNames(), secrets, a, b, isNull);
     compare(a.config, b.config, printer);
     return printer.isDifferent ? NO : FINE;
   }
 
  private:
-  static void read(Loader& loader, const std::string& file, Side& side) {
+  static void read(Loader& loader, const Programs& judges, Secrets& secrets,
+                   const std::string& file, Side& side) {
     side.file = shownArgument(file);
     side.config = loader.load(file, side.origins);
+    secrets.add(judges.judge(side.config, side.origins), side.config, side.origins);
   }
 
   LoadOptions load;
+  ProgramOptions programs;
   bool isNull = false;
   std::string fileA;
   std::string fileB;

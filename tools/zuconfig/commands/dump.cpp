@@ -4,6 +4,7 @@
 
 #include "commands/Command.hpp"
 #include "shared/Loader.hpp"
+#include "shared/Secrets.hpp"
 #include "shared/text.hpp"
 #include "shared/writers.hpp"
 #include "write/writeXml.hpp"
@@ -26,6 +27,7 @@ struct Dump {
 
   void define(CLI::App& command) {
     load.define(command);
+    programs.define(command);
     command.add_option("--format", format, "xml, json, paths (the default) or sh")
         ->type_name("FORMAT")
         ->check(CLI::IsMember({"xml", "json", "paths", "sh"}));
@@ -40,7 +42,8 @@ struct Dump {
   ExitCode run() const {
     if (isNull && format != "paths") throw Failure(USAGE, "-0 goes with --format paths only");
     if (prefix && format != "sh") throw Failure(USAGE, "--prefix goes with --format sh only");
-    const IConfigPtr config = Loader(load).load(file);
+    Loader loader(load);
+    const IConfigPtr config = loadMasked(loader, programs, file);
     if (format == "xml") {
       service::util::config::write::writeXml(std::cout, config, rootName(file));
     } else if (format == "json") {
@@ -55,6 +58,7 @@ struct Dump {
 
  private:
   LoadOptions load;
+  ProgramOptions programs;
   std::string format = "paths";
   std::optional<std::string> prefix;
   bool isNull = false;

@@ -6,8 +6,8 @@
 #include "commands/Command.hpp"
 #include "cppUtil/fileName/getPath.hpp"
 #include "service/util/config/visit.hpp"
-#include "shared/Loader.hpp"
-#include "shared/Pattern.hpp"
+#include "shared/Effective.hpp"
+#include "shared/description.hpp"
 #include "shared/missing.hpp"
 #include "shared/problems.hpp"
 #include "shared/text.hpp"
@@ -18,6 +18,7 @@ namespace {
 
 using service::util::config::Visited;
 using service::util::config::Visitor;
+using service::util::config::bind::internal::Given;
 using File = Origins::File;
 
 // Finds where else a name is used.
@@ -75,7 +76,90 @@ class Explanation {
     if (finder.found.size() > NameFinder::most) std::cout << "  and more\n";
   }
 
+  // What is described at path, which pattern names, and what programs get of it.
+  void inForce(const std::string& path, const Pattern& pattern, const Effective& effective) {
+    const auto value = matchSingle(effective.get(), pattern, Wanted::PROPERTIES);
+    const auto& entries = effective.at(path);
+    const Surveyed& surveyed = *entries.front().surveyed;
+    std::cout << colours.bold << path << colours.off;
+    if (!surveyed.described->isSetting()) {
+      std::cout << (surveyed.inForce.empty() ? "  (no section)\n" : "  (section)\n");
+    } else if (value) {
+      std::cout << " = " << colours.value << escaped(value->value()) << colours.off << "\n";
+    } else {
+      std::cout << "  (not set)\n";
+    }
+    for (const Effective::Entry& entry : entries) printDescription(entry);
+    printProblems(path, surveyed, effective.getProblems());
+    printGiven(surveyed, pattern.parts.back().index);
+    printLost(surveyed, effective);
+  }
+
  private:
+  void printDescription(const Effective::Entry& entry) const {
+    const Described& described = *entry.surveyed->described;
+    heading(printable(entry.program->name) +
+            (described.about.empty() ? "" : ": " + printable(described.about)));
+    for (const std::string& line : linesOf(described)) std::cout << "  " << line << "\n";
+  }
+
+  // Those of a former name are known by their place.
+  void printProblems(const std::string& path, const Surveyed& surveyed,
+                     const std::vector<Problem>& problems) const {
+    bool isFirst = true;
+    for (const Problem& problem : problems) {
+      const auto isThere = [&](const Given& given) {
+        const Location& a = given.location;
+        const Location& b = problem.location;
+        return a.line > 0 && a.file == b.file && a.line == b.line && a.column == b.column;
+      };
+      const auto& given = surveyed.inForce;
+      const bool isOfValue =
+          surveyed.described->isSetting() && std::any_of(given.begin(), given.end(), isThere);
+      if (!isOfValue && problem.message.rfind(path + ": ", 0) != 0) continue;
+      if (isFirst) heading("wrong with it");
+      isFirst = false;
+      std::cout << "  " << names.shown(problem.location) << ": " << colours.bad
+                << printable(problem.message) << colours.off << "\n";
+    }
+  }
+
+  // Where a value, or the parts of a section, stand.
+  void printGiven(const Surveyed& surveyed, std::uint32_t index) {
+    if (surveyed.inForce.empty()) return;
+    heading("set at");
+    const bool isSetting = surveyed.described->isSetting();
+    for (const Given& given : surveyed.inForce) {
+      const auto at = static_cast<std::size_t>(&given - surveyed.inForce.data());
+      if (isSetting && at != index) continue;
+      if (given.part == nullptr) {
+        std::cout << "  " << names.shown(given.location) << "\n";
+        continue;
+      }
+      const auto origin = isSetting ? origins.of(given.part, given.name, given.index)
+                                    : origins.ofSection(given.part, given.name, given.index);
+      printPlace(origin);
+      if (!isSetting) continue;
+      heading("read from");
+      printFiles(origin.file);
+    }
+  }
+
+  void printLost(const Surveyed& surveyed, const Effective& effective) const {
+    std::vector<Row> rows;
+    const auto& defaults = surveyed.described->defaults;
+    for (const Given& given : surveyed.lost) {
+      rows.push_back(
+          {"  ", escaped(effective.shown(surveyed, given)), names.shown(given.location)});
+    }
+    for (std::size_t i = 0; i < defaults.size() && !surveyed.inForce.empty(); ++i) {
+      rows.push_back({"  ", escaped(defaults[i]), "default"});
+    }
+    if (rows.empty()) return;
+    heading("goes before");
+    print(rows);
+  }
+
   void heading(const std::string& text) const {
     std::cout << "\n" << colours.dim << text << colours.off << "\n";
   }
@@ -213,6 +297,8 @@ struct Explain {
 
   void define(CLI::App& command) {
     load.define(command);
+    programs.define(command);
+    programs.defineSet(command);
     defineFile(command, file);
     command.add_option("SELECTOR", selector, "Such as network.interface[1].address")->required();
   }
@@ -225,6 +311,7 @@ struct Explain {
                     "what a pattern matches");
     }
     Loader loader(load);
+    if (!programs.programs.empty()) return explainInForce(loader, pattern);
     Origins origins;
     const IConfigPtr config = loader.load(file, origins);
     Explanation explanation(loader, origins);
@@ -240,7 +327,20 @@ struct Explain {
   }
 
  private:
+  ExitCode explainInForce(Loader& loader, const Pattern& pattern) const {
+    const Effective effective(loader, programs, file);
+    const std::string path = effective.pathOf(pattern);
+    if (path.empty()) {
+      throw Failure(NO, printable(selector) + ": " + effective.whyUnread(pattern));
+    }
+    Explanation(loader, effective.getOrigins()).inForce(path, pattern, effective);
+    const bool isThere = matchSingle(effective.get(), pattern, Wanted::PROPERTIES) ||
+                         matchSingle(effective.get(), pattern, Wanted::SECTIONS);
+    return isThere ? FINE : NO;
+  }
+
   LoadOptions load;
+  ProgramOptions programs;
   std::string file;
   std::string selector;
 };

@@ -3,7 +3,7 @@
 
 #include "commands/Command.hpp"
 #include "service/util/config/visit.hpp"
-#include "shared/Loader.hpp"
+#include "shared/Effective.hpp"
 #include "shared/Pattern.hpp"
 #include "shared/missing.hpp"
 #include "shared/text.hpp"
@@ -12,12 +12,15 @@ namespace zuconfig {
 
 namespace {
 
+using service::util::config::bind::internal::Holder;
+
 struct List {
   static constexpr const char* name = "list";
   static constexpr const char* summary = "Print the names in a section, or all that matches";
 
   void define(CLI::App& command) {
     load.define(command);
+    programs.define(command);
     command.add_flag("-0,--null", isNull, "End each entry with a zero byte, not a line break");
     defineFile(command, file);
     command.add_option("SELECTOR", selector,
@@ -26,6 +29,7 @@ struct List {
   }
 
   ExitCode run() const {
+    if (!programs.programs.empty()) return printUnset();
     if (selector.empty()) {
       printNames(Loader(load).load(file));
       return FINE;
@@ -42,6 +46,41 @@ struct List {
   }
 
  private:
+  // What may be set in a section, and is not.
+  ExitCode printUnset() const {
+    Loader loader(load);
+    const Effective effective(loader, programs, file);
+    std::string around;
+    if (!selector.empty()) {
+      const Pattern pattern(selector, Wanted::SECTIONS);
+      around = effective.pathOf(pattern) + ".";
+      if (around == ".") {
+        throw Failure(NO, printable(selector) + ": " +
+                              whyMissing(effective.get(), pattern, Wanted::SECTIONS));
+      }
+    }
+    for (const std::string& path : effective.getPaths()) {
+      const auto& entry = effective.at(path).front();
+      const bool isInside = startsWith(path, around.c_str());
+      if (isInside && entry.surveyed->inForce.empty()) printUnset(path, *entry.surveyed->described);
+    }
+    return FINE;
+  }
+
+  void printUnset(const std::string& path, const Described& described) const {
+    if (described.form == Holder::SECTION && !described.isOptional)
+      return;  // what is in it is told
+    const std::string end = described.isSetting() ? "" : ".";
+    if (isNull) return print(path + end);
+    std::string text = path + end;
+    for (const std::string& value : described.defaults) {
+      text += (&value == &described.defaults.front() ? "=" : ", ") + escaped(value);
+    }
+    std::string about = described.isRequired ? "required" : "";
+    if (!described.about.empty()) about += (about.empty() ? "" : ": ") + printable(described.about);
+    print(about.empty() ? text : text + "\t" + about);
+  }
+
   ExitCode printMatches(const IConfigPtr& config, const Pattern& pattern) const {
     bool isFound = false;
     match(config, pattern, pattern.wanted, [&](const Match& match) {
@@ -74,6 +113,7 @@ struct List {
   void print(const std::string& entry) const { std::cout << entry << (isNull ? '\0' : '\n'); }
 
   LoadOptions load;
+  ProgramOptions programs;
   bool isNull = false;
   std::string file;
   std::string selector;

@@ -1,10 +1,12 @@
 // zuconfig tree: the whole configuration for the eye.
+#include <functional>
 #include <iostream>
+#include <utility>
 #include <vector>
 
 #include "commands/Command.hpp"
 #include "service/util/config/visit.hpp"
-#include "shared/Loader.hpp"
+#include "shared/Effective.hpp"
 #include "shared/text.hpp"
 
 namespace zuconfig {
@@ -17,11 +19,13 @@ using service::util::config::spellPath;
 using service::util::config::Visited;
 using service::util::config::Visitor;
 
+// Tells where a value or a section stands.
+using PlaceOf = std::function<std::string(const Visited&, bool isSection)>;
+
 class TreePrinter : public Visitor {
  public:
-  // origins: null when they are not asked for.
-  TreePrinter(const IConfigPtr& config, const FileNames& names, const Origins* origins)
-      : names(names), origins(origins) {
+  // placeOf: null when places are not asked for.
+  TreePrinter(const IConfigPtr& config, PlaceOf placeOf) : placeOf(std::move(placeOf)) {
     descend(config);
   }
 
@@ -30,19 +34,13 @@ class TreePrinter : public Visitor {
     const bool isLast = !level.hasSections && isLastOf(visited, level.lastName);
     printName(visited, isLast);
     std::cout << " = " << colours.value << escaped(value) << colours.off;
-    if (origins != nullptr) {
-      printOrigin(origins->of(visited.parent, visited.name, visited.index));
-    }
-    std::cout << "\n";
+    printPlace(visited, false);
   }
 
   bool enterSection(const Visited& visited, const IConfigPtr& section) override {
     const bool isLast = isLastOf(visited, levels.back().lastName);
     printName(visited, isLast);
-    if (origins != nullptr) {
-      printOrigin(origins->ofSection(visited.parent, visited.name, visited.index));
-    }
-    std::cout << "\n";
+    printPlace(visited, true);
     indents.push_back(indent.size());
     indent = deeper(indent, isLast);
     descend(section);
@@ -78,12 +76,13 @@ class TreePrinter : public Visitor {
               << spellPath("", visited.name, visited.index, visited.count) << colours.off;
   }
 
-  void printOrigin(const Origins::Origin& origin) const {
-    std::cout << "  " << colours.dim << "(" << names.shown(origin) << ")" << colours.off;
+  void printPlace(const Visited& visited, bool isSection) const {
+    const std::string place = placeOf == nullptr ? "" : placeOf(visited, isSection);
+    if (!place.empty()) std::cout << "  " << colours.dim << "(" << place << ")" << colours.off;
+    std::cout << "\n";
   }
 
-  const FileNames& names;
-  const Origins* origins;
+  const PlaceOf placeOf;
   const Colours colours;
   std::vector<Level> levels;         // outermost first
   std::string indent;                // before each line of the innermost level
@@ -96,22 +95,46 @@ struct Tree {
 
   void define(CLI::App& command) {
     load.define(command);
+    programs.define(command);
+    programs.defineSet(command);
     command.add_flag("--origins", withOrigins, "Print where each value and section stands");
     defineFile(command, file);
   }
 
   ExitCode run() const {
     Loader loader(load);
-    Origins origins;
-    const IConfigPtr config = withOrigins ? loader.load(file, origins) : loader.load(file);
-    std::cout << shownArgument(file) << "\n";
-    TreePrinter printer(config, loader.getNames(), withOrigins ? &origins : nullptr);
-    service::util::config::visit(config, printer);
+    programs.programs.empty() ? printLoaded(loader) : printInForce(loader);
     return FINE;
   }
 
  private:
+  void printLoaded(Loader& loader) const {
+    Origins origins;
+    const IConfigPtr config = withOrigins ? loader.load(file, origins) : loader.load(file);
+    print(config, [&](const Visited& visited, bool isSection) {
+      return loader.getNames().shown(
+          isSection ? origins.ofSection(visited.parent, visited.name, visited.index)
+                    : origins.of(visited.parent, visited.name, visited.index));
+    });
+  }
+
+  // What a program gets that reads by a description.
+  void printInForce(Loader& loader) const {
+    const Effective effective(loader, programs, file);
+    print(effective.get(), [&](const Visited& visited, bool isSection) {
+      return isSection ? effective.placesOf(visited.path)
+                       : effective.placeOf(visited.parent, visited.name, visited.index);
+    });
+  }
+
+  void print(const IConfigPtr& config, const PlaceOf& placeOf) const {
+    std::cout << shownArgument(file) << "\n";
+    TreePrinter printer(config, withOrigins ? placeOf : nullptr);
+    service::util::config::visit(config, printer);
+  }
+
   LoadOptions load;
+  ProgramOptions programs;
   bool withOrigins = false;
   std::string file;
 };

@@ -15,29 +15,52 @@ _zuconfig_ask() {
 # Sets choices to the options of a sub-command, or to the values of one of them.
 _zuconfig_choices() {  # COMMAND [OPTION]
   case $1:$2 in
-    check:) choices=(-I --format --help --ignore --no-validate --schema --strict --validate) ;;
+    check:)
+      choices=(-I --for --format --help --ignore --no-validate --schema --set --show-secrets --strict
+        --validate)
+      ;;
     check:--format) choices=(json sarif text) ;;
     check:--ignore)
-      choices=(deep-includes entity-element not-on-path padded-value repeated-section shadowed-file
-        unknown-element unreachable-name unread-end xml)
+      choices=(deep-includes entity-element not-on-path padded-value renamed-setting repeated-section
+        shadowed-file unknown-element unreachable-name unread-end xml)
       ;;
-    diff:) choices=(-I --help --null --schema --validate) ;;
-    dump:) choices=(-I --format --help --null --prefix --schema --validate) ;;
+    diff:) choices=(-I --for --help --null --schema --show-secrets --validate) ;;
+    dump:) choices=(-I --for --format --help --null --prefix --schema --show-secrets --validate) ;;
     dump:--format) choices=(json paths sh xml) ;;
     errors: | schema:) choices=(--help) ;;
-    explain:) choices=(-I --help --schema --validate) ;;
-    get:) choices=(-I --all --default --help --null --origin --schema --validate) ;;
+    explain:) choices=(-I --for --help --schema --set --show-secrets --validate) ;;
+    get:)
+      choices=(-I --all --default --for --help --null --origin --schema --set --show-secrets
+        --validate)
+      ;;
     includes:) choices=(-I --format --help) ;;
     includes:--format) choices=(dot json svg tree) ;;
-    list:) choices=(-I --help --null --schema --validate) ;;
+    list:) choices=(-I --for --help --null --schema --show-secrets --validate) ;;
     page:) choices=(-I --check --help --schema) ;;
     path:) choices=(-I --help --null) ;;
-    tree:) choices=(-I --help --origins --schema --validate) ;;
+    tree:) choices=(-I --for --help --origins --schema --set --show-secrets --validate) ;;
     :)
       choices=(check diff dump errors explain get includes list page path schema tree
         --help --help-all --version)
       ;;
   esac
+}
+
+# Sets choices to the programs whose settings are described and that begin with word, behind the last
+# comma in it.
+_zuconfig_programs() {  # WORD
+  local before='' directories directory file
+  [[ $1 != *,* ]] || before=${1%,*},
+  IFS=: read -ra directories <<<"${XDG_DATA_DIRS:-/usr/local/share:/usr/share}"
+  directory=$(type -P zuconfig)
+  for directory in "${XDG_DATA_HOME:-$HOME/.local/share}" "${directories[@]}" \
+    "${directory%/*}/../share"; do
+    for file in "$directory"/zu/settings/*.xml; do
+      file=${file##*/}
+      [[ $file != *[!A-Za-z0-9._-]*.xml ]] || continue
+      [[ $before${file%.xml} != "$1"* ]] || choices+=("$before${file%.xml}")
+    done
+  done
 }
 
 # Sets text to what the shell makes of a word, opened to where its last quote begins and quote to the
@@ -156,7 +179,7 @@ _zuconfig() {
         _zuconfig_unquote "${words[++i]}"
         directories+=(-I "$text")
         ;;
-      --default | --format | --ignore | --prefix | --schema) ((++i)) ;;
+      --default | --for | --format | --ignore | --prefix | --schema | --set) ((++i)) ;;
       -?*) ;;
       *) files+=("$text") ;;
     esac
@@ -171,7 +194,11 @@ _zuconfig() {
   case $command:$option in
     ?*:-I) compopt +o bashdefault +o default -o dirnames; return ;;
     ?*:--schema) return ;;
-    ?*:--default | ?*:--prefix) ;;
+    ?*:--default | ?*:--prefix | ?*:--set) ;;
+    ?*:--for)
+      _zuconfig_programs "$word"
+      ((${#choices[@]} > 0)) || return
+      ;;
     ?*:--format | ?*:--ignore) _zuconfig_choices "$command" "$option" ;;
     :*) _zuconfig_choices ;;
     *)

@@ -1,0 +1,90 @@
+#include "shared/description.hpp"
+
+#include "shared/text.hpp"
+
+namespace zuconfig {
+
+namespace {
+
+using service::util::config::bind::internal::Holder;
+using service::util::config::bind::internal::Kind;
+
+template <class Texts>
+std::string joined(const Texts& texts) {
+  std::string all;
+  for (const auto& text : texts) all += (all.empty() ? "" : ", ") + printable(text);
+  return all;
+}
+
+std::string typeOf(const Described& described) {
+  switch (*described.type) {
+    case Kind::BOOLEAN:
+      return "true, false, yes, no, on or off";
+    case Kind::INTEGER:
+      return "whole number";
+    case Kind::FLOATING:
+      return "number";
+    case Kind::TEXT:
+      return "text";
+    case Kind::PATH:
+      return "path of a file";
+    case Kind::ENUMERATION:
+      return "one of " + joined(described.names);
+    case Kind::DURATION:
+      return "time with its unit: " + joined(unitsOf(described));
+    case Kind::BYTES:
+      return "size with its unit: " + joined(unitsOf(described));
+    case Kind::SECRET:
+      return "secret";
+    case Kind::CUSTOM:
+      return "text that only the program can judge";
+  }
+  return "";
+}
+
+// The bounds of a type itself are told of whole numbers only.
+std::string rangeOf(const Described& described) {
+  if (described.lowest.empty() && described.type != Kind::INTEGER) return "";
+  const auto [lowest, highest] = boundsOf(described);
+  return ", " + lowest + " to " + highest;
+}
+
+std::string countOf(const Described& described) {
+  const std::string least = std::to_string(described.least);
+  if (described.most < UINT32_MAX) return ", " + least + " to " + std::to_string(described.most);
+  return described.least > 0 ? ", " + least + " or more" : "";
+}
+
+std::string formOf(const Described& described) {
+  switch (described.form) {
+    case Holder::SETTING:
+      return typeOf(described) + rangeOf(described);
+    case Holder::LIST:
+      return "list" + countOf(described) + ": " + typeOf(described) + rangeOf(described);
+    case Holder::SECTION:
+      return described.isOptional ? "section that may be absent" : "section";
+    case Holder::SECTIONS:
+      return "sections" + countOf(described) +
+             (described.key.empty() ? "" : ", told apart by " + printable(described.key));
+  }
+  return "";
+}
+
+}  // namespace
+
+std::vector<std::string> linesOf(const Described& described) {
+  std::vector<std::string> lines = {formOf(described)};
+  const auto add = [&](const char* title, const std::string& text) {
+    if (!text.empty()) lines.push_back(title + text);
+  };
+  if (described.isRequired) lines.emplace_back("required");
+  add("default: ", joined(described.defaults));
+  add("example: ", printable(described.example));
+  add("formerly called ", joined(described.formerNames));
+  add("in the environment: ", printable(described.variable));
+  if (described.isForStart) lines.emplace_back("a change needs a restart");
+  if (described.isOpen) lines.emplace_back("may hold what is not described");
+  return lines;
+}
+
+}  // namespace zuconfig

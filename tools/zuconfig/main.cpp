@@ -43,7 +43,7 @@ void define(CLI::App& app, Chosen& chosen) {
   app.set_version_flag("--version", "zuconfig " ZUCONFIG_VERSION, "Print the version and exit");
   app.require_subcommand(1);
   for (const auto add : {addGet, addList, addExplain, addTree, addDump, addCheck, addDiff,
-                         addIncludes, addPage, addPath, addSchema, addErrors}) {
+                         addIncludes, addPage, addWatch, addPath, addSchema, addErrors}) {
     add(app, chosen);
   }
   app.set_help_all_flag("--help-all", "Print the help of all sub-commands and exit");

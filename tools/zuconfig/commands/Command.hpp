@@ -33,6 +33,7 @@ void addCheck(CLI::App& app, Chosen& chosen);
 void addDiff(CLI::App& app, Chosen& chosen);
 void addIncludes(CLI::App& app, Chosen& chosen);
 void addPage(CLI::App& app, Chosen& chosen);
+void addWatch(CLI::App& app, Chosen& chosen);
 void addPath(CLI::App& app, Chosen& chosen);
 void addSchema(CLI::App& app, Chosen& chosen);
 void addErrors(CLI::App& app, Chosen& chosen);

@@ -39,8 +39,10 @@ _zuconfig_choices() {  # COMMAND [OPTION]
     page:) choices=(-I --check --help --schema) ;;
     path:) choices=(-I --help --null) ;;
     tree:) choices=(-I --for --help --origins --schema --set --show-secrets --validate) ;;
+    watch:) choices=(-I --exec --format --help --null --once --schema --validate) ;;
+    watch:--format) choices=(json text) ;;
     :)
-      choices=(check diff dump errors explain get includes list page path schema tree
+      choices=(check diff dump errors explain get includes list page path schema tree watch
         --help --help-all --version)
       ;;
   esac
@@ -179,7 +181,7 @@ _zuconfig() {
         _zuconfig_unquote "${words[++i]}"
         directories+=(-I "$text")
         ;;
-      --default | --for | --format | --ignore | --prefix | --schema | --set) ((++i)) ;;
+      --default | --exec | --for | --format | --ignore | --prefix | --schema | --set) ((++i)) ;;
       -?*) ;;
       *) files+=("$text") ;;
     esac
@@ -193,7 +195,7 @@ _zuconfig() {
   fi
   case $command:$option in
     ?*:-I) compopt +o bashdefault +o default -o dirnames; return ;;
-    ?*:--schema) return ;;
+    ?*:--exec | ?*:--schema) return ;;
     ?*:--default | ?*:--prefix | ?*:--set) ;;
     ?*:--for)
       _zuconfig_programs "$word"

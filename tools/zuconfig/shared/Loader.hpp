@@ -64,6 +64,10 @@ class Loader {
   std::vector<service::util::config::xml::Problem> check(
       const std::string& resolved, service::util::config::xml::Observer& observer);
 
+  // How files are loaded.
+  const service::util::config::xml::SchemeList& getSchemes() const { return schemes; }
+  bool isValidating() const { return validate; }
+
   // How to call files, standard input among them.
   const FileNames& getNames() const { return names; }
 

@@ -101,6 +101,7 @@ add_library(zuUtilConfigObjects OBJECT
   src/report/SourceText.cpp
   src/report/format.cpp
   src/write/writeXml.cpp
+  src/write/xmlText.cpp
   ${PROJECT_BINARY_DIR}/getGrammar.cpp)
 add_library(zuUtilConfigXmlObjects OBJECT
   toolkit/xerces/ErrorHandler.cpp

@@ -71,6 +71,12 @@ const Exported& describedBy(const Settings& settings) {
   return settings.get().exported;
 }
 
+std::vector<std::string> wayTo(const Described& described) {
+  std::vector<std::string> way;
+  for (PathPart& part : parsePath(described.path)) way.push_back(std::move(part.name));
+  return way;
+}
+
 std::vector<std::string> unitsOf(const Described& described) {
   std::vector<std::string> names;
   const ValueRules rules = rulesOf(described);

@@ -70,9 +70,11 @@ room(shared FILES tools/zuconfig/shared/*.hpp tools/zuconfig/shared/*.cpp
   SEES "(shared|report|CLI|nlohmann)/" ${public})
 room(page FILES tools/zuconfig/page/*.hpp tools/zuconfig/page/*.cpp
   SEES "(page|shared|report|nlohmann)/" ${public})
+room(schema FILES tools/zuconfig/schema/*.hpp tools/zuconfig/schema/*.cpp
+  SEES "(schema|shared|write)/" ${public})
 room(commands FILES tools/zuconfig/commands/*.hpp tools/zuconfig/commands/*.cpp
     tools/zuconfig/main.cpp
-  SEES "commands/Command\\.hpp" "(page|shared|write|CLI|nlohmann)/" ${public})
+  SEES "commands/Command\\.hpp" "(page|schema|shared|write|CLI|nlohmann)/" ${public})
 
 foreach(folder IN ITEMS include src support toolkit platform tools)
   file(GLOB_RECURSE all ${ROOT}/${folder}/*.h ${ROOT}/${folder}/*.hpp ${ROOT}/${folder}/*.cpp)

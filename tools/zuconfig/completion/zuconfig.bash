@@ -27,7 +27,7 @@ _zuconfig_choices() {  # COMMAND [OPTION]
     diff:) choices=(-I --for --help --null --schema --show-secrets --validate) ;;
     dump:) choices=(-I --for --format --help --null --prefix --schema --show-secrets --validate) ;;
     dump:--format) choices=(json paths sh xml) ;;
-    errors: | schema:) choices=(--help) ;;
+    errors:) choices=(--help) ;;
     explain:) choices=(-I --for --help --schema --set --show-secrets --validate) ;;
     get:)
       choices=(-I --all --default --for --help --null --origin --schema --set --show-secrets
@@ -38,6 +38,8 @@ _zuconfig_choices() {  # COMMAND [OPTION]
     list:) choices=(-I --for --help --null --schema --show-secrets --validate) ;;
     page:) choices=(-I --check --help --schema) ;;
     path:) choices=(-I --help --null) ;;
+    schema:) choices=(--as --at --for --help) ;;
+    schema:--as) choices=(example man md rng) ;;
     tree:) choices=(-I --for --help --origins --schema --set --show-secrets --validate) ;;
     watch:) choices=(-I --exec --format --help --null --once --schema --validate) ;;
     watch:--format) choices=(json text) ;;
@@ -181,7 +183,7 @@ _zuconfig() {
         _zuconfig_unquote "${words[++i]}"
         directories+=(-I "$text")
         ;;
-      --default | --exec | --for | --format | --ignore | --prefix | --schema | --set) ((++i)) ;;
+      --as | --at | --default | --exec | --for | --format | --ignore | --prefix | --schema | --set) ((++i)) ;;
       -?*) ;;
       *) files+=("$text") ;;
     esac
@@ -196,12 +198,12 @@ _zuconfig() {
   case $command:$option in
     ?*:-I) compopt +o bashdefault +o default -o dirnames; return ;;
     ?*:--exec | ?*:--schema) return ;;
-    ?*:--default | ?*:--prefix | ?*:--set) ;;
+    ?*:--at | ?*:--default | ?*:--prefix | ?*:--set) ;;
     ?*:--for)
       _zuconfig_programs "$word"
       ((${#choices[@]} > 0)) || return
       ;;
-    ?*:--format | ?*:--ignore) _zuconfig_choices "$command" "$option" ;;
+    ?*:--as | ?*:--format | ?*:--ignore) _zuconfig_choices "$command" "$option" ;;
     :*) _zuconfig_choices ;;
     *)
       case $command:${#files[@]}:$word in

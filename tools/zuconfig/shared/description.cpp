@@ -6,14 +6,21 @@ namespace zuconfig {
 
 namespace {
 
-using service::util::config::bind::internal::Holder;
-using service::util::config::bind::internal::Kind;
+namespace bind = service::util::config::bind;
+using bind::internal::Holder;
+using bind::internal::Kind;
 
 template <class Texts>
 std::string joined(const Texts& texts) {
   std::string all;
   for (const auto& text : texts) all += (all.empty() ? "" : ", ") + printable(text);
   return all;
+}
+
+std::string withUnit(const Described& described) {
+  const std::string units = " with its unit: " + joined(bind::internal::unitsOf(described));
+  const std::string& bare = described.bareUnit;
+  return units + (bare.empty() ? "" : ", or in " + bare + " without one");
 }
 
 std::string typeOf(const Described& described) {
@@ -31,9 +38,9 @@ std::string typeOf(const Described& described) {
     case Kind::ENUMERATION:
       return "one of " + joined(described.names);
     case Kind::DURATION:
-      return "time with its unit: " + joined(unitsOf(described));
+      return "time" + withUnit(described);
     case Kind::BYTES:
-      return "size with its unit: " + joined(unitsOf(described));
+      return "size" + withUnit(described);
     case Kind::SECRET:
       return "secret";
     case Kind::CUSTOM:
@@ -51,9 +58,12 @@ std::string rangeOf(const Described& described) {
 
 std::string countOf(const Described& described) {
   const std::string least = std::to_string(described.least);
+  if (described.most == described.least) return ", " + least;
   if (described.most < UINT32_MAX) return ", " + least + " to " + std::to_string(described.most);
   return described.least > 0 ? ", " + least + " or more" : "";
 }
+
+}  // namespace
 
 std::string formOf(const Described& described) {
   switch (described.form) {
@@ -70,7 +80,18 @@ std::string formOf(const Described& described) {
   return "";
 }
 
-}  // namespace
+std::vector<std::string> remarksOn(const Described& described) {
+  std::vector<std::string> remarks;
+  const auto add = [&](const char* title, const std::string& text) {
+    if (!text.empty()) remarks.push_back(title + text);
+  };
+  add("holds what it stands in: ", described.like);
+  add("formerly called ", joined(described.formerNames));
+  add("in the environment: ", printable(described.variable));
+  if (described.isForStart) remarks.emplace_back("a change needs a restart");
+  if (described.isOpen) remarks.emplace_back("may hold what is not described");
+  return remarks;
+}
 
 std::vector<std::string> linesOf(const Described& described) {
   std::vector<std::string> lines = {formOf(described)};
@@ -80,10 +101,7 @@ std::vector<std::string> linesOf(const Described& described) {
   if (described.isRequired) lines.emplace_back("required");
   add("default: ", joined(described.defaults));
   add("example: ", printable(described.example));
-  add("formerly called ", joined(described.formerNames));
-  add("in the environment: ", printable(described.variable));
-  if (described.isForStart) lines.emplace_back("a change needs a restart");
-  if (described.isOpen) lines.emplace_back("may hold what is not described");
+  for (std::string& remark : remarksOn(described)) lines.push_back(std::move(remark));
   return lines;
 }
 

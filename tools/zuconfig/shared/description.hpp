@@ -9,7 +9,15 @@
 
 namespace zuconfig {
 
-// One line each, safe to show: first what it is, then what else there is to know.
+// All texts are safe to show.
+
+// What it may be: "whole number, 1 to 65535", "list, 0 to 2: text".
+std::string formOf(const Described& described);
+
+// What else there is to know, besides its text, its default and whether it is required.
+std::vector<std::string> remarksOn(const Described& described);
+
+// One line each: first the form, then everything but the text.
 std::vector<std::string> linesOf(const Described& described);
 
 }  // namespace zuconfig

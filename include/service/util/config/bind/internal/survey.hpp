@@ -78,6 +78,9 @@ struct Exported {
 // Everything that settings describe.
 ZU_EXPORT const Exported& describedBy(const Settings& settings);
 
+// The names on the way to one, its own last.
+ZU_EXPORT std::vector<std::string> wayTo(const Described& described);
+
 // The texts of units that one may have, the smallest first; none for other types.
 ZU_EXPORT std::vector<std::string> unitsOf(const Described& described);
 

@@ -1,15 +1,13 @@
-// zuconfig schema and zuconfig errors: what the library knows by heart.
+// zuconfig errors: the codes that the library knows by heart.
 #include <cutil/cutil.h>
 
 #include <algorithm>
 #include <cstdio>
 #include <iostream>
 #include <optional>
-#include <sstream>
 
 #include "commands/Command.hpp"
 #include "service/util/config/errorModule.hpp"
-#include "service/util/config/grammar/getGrammar.hpp"
 #include "shared/text.hpp"
 
 // Platform libraries need not have these, which are null then.
@@ -21,19 +19,6 @@ namespace zuconfig {
 namespace {
 
 using namespace service::util::config;
-
-struct Schema {
-  static constexpr const char* name = "schema";
-  static constexpr const char* summary = "Print the grammar of configuration files, an XML Schema";
-
-  void define(CLI::App& /*command*/) {}
-
-  ExitCode run() const {
-    const std::vector<char> grammar = grammar::getGrammar();
-    std::cout.write(grammar.data(), static_cast<std::streamsize>(grammar.size())) << "\n";
-    return FINE;
-  }
-};
 
 constexpr std::uint32_t codes[] = {CU_MISSING_ARGUMENT,  CU_OUT_OF_MEMORY,    CU_FILE_NOT_FOUND,
                                    CU_SYSTEM_FAILURE,    CU_INVALID_ARGUMENT, CU_EXCEPTION,
@@ -96,10 +81,6 @@ struct Errors {
 };
 
 }  // namespace
-
-void addSchema(CLI::App& app, Chosen& chosen) {
-  addCommand<Schema>(app, chosen);
-}
 
 void addErrors(CLI::App& app, Chosen& chosen) {
   addCommand<Errors>(app, chosen);

@@ -67,8 +67,8 @@ class DifferenceWriter : public ComparisonVisitor {
   void enterSection(const Compared& at) override {
     finishValues();
     const bool isOpen = open.count(at.path) > 0;
-    out << "<li class=\"section\"><details id=\"" << inHtml(at.path) << ".\"" << (isOpen ? " open" : "")
-        << "><summary><b>" << nameOf(at) << "</b>";
+    out << "<li class=\"section\"><details id=\"" << inHtml(at.path) << ".\""
+        << (isOpen ? " open" : "") << "><summary><b>" << nameOf(at) << "</b>";
     if (!isInBoth(at)) {
       const char* element = at.inA != nullptr ? "del" : "ins";
       out << " <" << element << ">only in " << inHtml((at.inA != nullptr ? a : b).name) << "</"

@@ -11,10 +11,10 @@ namespace zuconfig {
 namespace {
 
 using namespace service::util::config;
-using write::inXml;
-using write::XmlPlace;
 using bind::internal::Holder;
 using bind::internal::Kind;
+using write::inXml;
+using write::XmlPlace;
 
 // A value that is accepted, or nothing when only the program knows one.
 std::optional<std::string> sampleOf(const Described& described) {

@@ -17,9 +17,9 @@ namespace zuconfig {
 namespace {
 
 using namespace service::util::config;
+using bind::internal::Kind;
 using write::inXml;
 using write::XmlPlace;
-using bind::internal::Kind;
 
 constexpr const char* afterBlanks = R"([\s+][\s\S]*|[\s\S]*\s)";
 

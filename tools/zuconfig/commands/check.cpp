@@ -106,21 +106,10 @@ struct Check {
     return std::move(judgement.problems);
   }
 
-  // At the place that the program tells, which of a wrong value is its text.
-  static Finding asTold(const Problem& problem) {
-    const Location& at = problem.location;
-    Finding finding = {problem, {at.file, at.line, at.column, at.line, at.column}};
-    finding.problem.message = printable(problem.message);
-    return finding;
-  }
-
-  // What several of the files include is not told of again. Selectors do not matter to programs
-  // that read by a description.
+  // What several of the files include is not told of again.
   bool isWanted(const Problem& problem, std::set<Key>& known) const {
     const Location& at = problem.location;
-    const bool isOfSelectors =
-        problem.rule == "repeated-section" || problem.rule == "unreachable-name";
-    if (isOfSelectors && !programs.programs.empty()) return false;
+    if (isOfSelectors(problem) && !programs.programs.empty()) return false;
     return std::find(ignored.begin(), ignored.end(), problem.rule) == ignored.end() &&
            known.insert({at.file, at.line, at.column, problem.message}).second;
   }

@@ -18,6 +18,7 @@ struct Page {
     load.validate = true;
     load.defineDirectories(command);
     load.defineSchemas(command);
+    programs.define(command);
     command.add_flag("--check", isCheck, "Answer 1 when there are errors");
     defineFile(command, file);
     command.add_option("FILE_B", fileB, "Another one: shows what differs");
@@ -25,9 +26,11 @@ struct Page {
 
   ExitCode run() const {
     Loader loader(load);
-    if (fileB.empty()) return show(Subject(loader, file));
-    const Subject a(loader, file, "-a");
-    return showBoth(a, Subject(loader, fileB, "-b"));
+    const Programs judges(programs);
+    Secrets secrets(judges, loader.getSources());
+    if (fileB.empty()) return show(Subject(loader, judges, secrets, file));
+    const Subject a(loader, judges, secrets, file, "-a");
+    return showBoth(a, Subject(loader, judges, secrets, fileB, "-b"));
   }
 
  private:
@@ -40,6 +43,7 @@ struct Page {
     out << "<main>\n";
     if (!subject.findings.empty()) writeProblems(out, subject);
     if (isLoaded) writeTree(out, subject);
+    if (!subject.unset.empty()) writeUnset(out, subject);
     writeFiles(out, subject);
     out << "</main>\n";
     if (isLoaded) writeData(out, subject);
@@ -80,6 +84,7 @@ struct Page {
         << inHtml(subject.name) << "\">";
     if (!subject.findings.empty()) out << "<a href=\"#-problems" << suffix << "\">Problems</a> ";
     if (subject.config != nullptr && suffix.empty()) out << "<a href=\"#-values\">Values</a> ";
+    if (!subject.unset.empty() && suffix.empty()) out << "<a href=\"#-unset\">Not set</a> ";
     out << "<a href=\"#-files" << suffix << "\">Files</a> <a href=\"#-path" << suffix
         << "\">Search path</a></nav>\n</header>\n";
   }
@@ -98,6 +103,7 @@ struct Page {
   }
 
   LoadOptions load;
+  ProgramOptions programs;
   bool isCheck = false;
   std::string file;
   std::string fileB;

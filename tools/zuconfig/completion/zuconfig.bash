@@ -36,7 +36,7 @@ _zuconfig_choices() {  # COMMAND [OPTION]
     includes:) choices=(-I --format --help) ;;
     includes:--format) choices=(dot json svg tree) ;;
     list:) choices=(-I --for --help --null --schema --show-secrets --validate) ;;
-    page:) choices=(-I --check --help --schema) ;;
+    page:) choices=(-I --check --for --help --schema --show-secrets) ;;
     path:) choices=(-I --help --null) ;;
     schema:) choices=(--as --at --for --help) ;;
     schema:--as) choices=(example man md rng) ;;

@@ -50,16 +50,18 @@ class DifferenceWriter : public ComparisonVisitor {
   void value(const Compared& at, const std::string& valueA, const std::string& valueB) override {
     const std::string start = "<li id=\"" + inHtml(at.path) + "\"><b>" + nameOf(at) + "</b>";
     if (isInBoth(at) && valueA == valueB) {
-      equal += start + " = <bdi>" + inHtml(escaped(valueA)) + "</bdi>\n";
+      equal += start + " = <bdi>" + inHtml(escaped(a.shown(at.inA, at.name, valueA))) + "</bdi>\n";
       ++equalCount;
       return;
     }
     out << start << "<div class=\"pair\">";
     if (at.inA != nullptr) {
-      writeSide("del", valueA, placeOf(a, a.origins.of(at.inA, at.name, at.index)));
+      writeSide("del", a.shown(at.inA, at.name, valueA),
+                placeOf(a, a.origins.of(at.inA, at.name, at.index)));
     }
     if (at.inB != nullptr) {
-      writeSide("ins", valueB, placeOf(b, b.origins.of(at.inB, at.name, at.index)));
+      writeSide("ins", b.shown(at.inB, at.name, valueB),
+                placeOf(b, b.origins.of(at.inB, at.name, at.index)));
     }
     out << "</div>\n";
   }

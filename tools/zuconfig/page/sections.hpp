@@ -16,6 +16,9 @@ void writeProblems(std::ostream& out, const Subject& subject);
 // The configuration as a tree of values and places, an anchor for each selector.
 void writeTree(std::ostream& out, const Subject& subject);
 
+// What the programs of --for know and the configuration has not.
+void writeUnset(std::ostream& out, const Subject& subject);
+
 // What differs between two, side by side, and folded what does not.
 void writeDifferences(std::ostream& out, const Subject& a, const Subject& b);
 

@@ -1,6 +1,7 @@
 #include "page/html.hpp"
 #include "page/sections.hpp"
 #include "report/ProblemText.hpp"
+#include "shared/description.hpp"
 #include "shared/text.hpp"
 
 namespace zuconfig {
@@ -11,6 +12,13 @@ using service::util::config::spellPath;
 using service::util::config::Visited;
 using service::util::config::Visitor;
 using service::util::config::report::nameOf;
+
+// What a setting is about, and what it may be.
+std::string inWords(const Described& described) {
+  std::string text = printable(described.about);
+  for (const std::string& line : linesOf(described)) text += (text.empty() ? "" : " · ") + line;
+  return text;
+}
 
 constexpr std::size_t mostOpenValues = 1000;  // of more, the sections are closed at first
 
@@ -27,7 +35,11 @@ class TreeWriter : public Visitor {
     const Origins::Origin origin = subject.originOf(visited, false);
     out << "<li id=\"" << inHtml(visited.path) << "\"" << readingOf(origin) << "><b>"
         << inHtml(spellPath("", visited.name, visited.index, visited.count)) << "</b> = <bdi>"
-        << inHtml(escaped(value)) << "</bdi> " << placeOf(subject, origin);
+        << inHtml(escaped(subject.shown(visited.parent, visited.name, value))) << "</bdi> "
+        << placeOf(subject, origin);
+    if (const Described* described = subject.describedAt(visited.parent, visited.name)) {
+      out << " <small>" << inHtml(inWords(*described)) << "</small>";
+    }
     writeRemarks(origin);
     out << "\n";
   }
@@ -101,6 +113,16 @@ void writeTree(std::ostream& out, const Subject& subject) {
   out << "<ul class=\"tree\">\n";
   TreeWriter writer(out, subject);
   service::util::config::visit(subject.config, writer);
+  out << "</ul>\n</section>\n";
+}
+
+void writeUnset(std::ostream& out, const Subject& subject) {
+  openSection(out, subject, "unset", "Not set");
+  out << "<ul class=\"tree\">\n";
+  for (const Surveyed* entry : subject.unset) {
+    out << "<li><b>" << inHtml(entry->path) << "</b> <small>" << inHtml(inWords(*entry->described))
+        << "</small>\n";
+  }
   out << "</ul>\n</section>\n";
 }
 

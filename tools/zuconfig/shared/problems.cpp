@@ -70,4 +70,15 @@ Finding describe(const Problem& problem, const FileNames& names, SourceText& sou
   return finding;
 }
 
+Finding asTold(const Problem& problem) {
+  const Location& at = problem.location;
+  Finding finding = {problem, {at.file, at.line, at.column, at.line, at.column}};
+  finding.problem.message = printable(problem.message);
+  return finding;
+}
+
+bool isOfSelectors(const Problem& problem) {
+  return problem.rule == "repeated-section" || problem.rule == "unreachable-name";
+}
+
 }  // namespace zuconfig

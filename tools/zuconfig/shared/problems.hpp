@@ -26,6 +26,13 @@ struct Finding {
 // Completes the problem from the text of the files.
 Finding describe(const Problem& problem, const FileNames& names, SourceText& source);
 
+// What a program finds, at the place that it tells, which of a wrong value is its text.
+Finding asTold(const Problem& problem);
+
+// Whether the problem is one of selectors, which a program that reads by a description does not
+// use.
+bool isOfSelectors(const Problem& problem);
+
 void printText(std::ostream& out, const Colours& colours, const std::vector<Finding>& findings,
                const FileNames& names, SourceText& source);
 void printJson(const std::vector<Finding>& findings, const FileNames& names, SourceText& source);

@@ -14,6 +14,7 @@
 #include "commands/Command.hpp"
 #include "service/util/config/Live.hpp"
 #include "shared/Loader.hpp"
+#include "shared/Secrets.hpp"
 #include "shared/problems.hpp"
 
 namespace zuconfig {
@@ -78,6 +79,7 @@ struct Watch {
 
   void define(CLI::App& command) {
     load.define(command);
+    programs.define(command);
     command.add_flag("-0,--null", isNull,
                      "Print records for scripts: sign, selector, line break, value, zero byte");
     command.add_option("--format", format, "text (the default) or json, an object for each line")
@@ -94,12 +96,15 @@ struct Watch {
     if (isNull && format != "text") throw Failure(USAGE, "-0 goes with --format text only");
     const EndSignals end;
     Loader loader(load);
+    const Programs judges(programs);
+    const Secrets secrets(judges, loader.getSources());
     loader.load(file);  // prints what is wrong
     Live live(loader.resolve(file), loader.getSchemes(), loader.isValidating());
     while (!isEnd(end, live)) {
       const bool wasRefused = !live.problems().empty();
       const Live::Result result = live.poll();
-      print(result, wasRefused && live.problems().empty(), loader.getNames());
+      print(asToldBy(judges, secrets, live, result), wasRefused && live.problems().empty(),
+            loader.getNames());
       if (result.outcome != Live::CHANGED) continue;
       if (!program.empty()) execute(program, end.maskBefore());
       if (isOnce) break;
@@ -114,6 +119,22 @@ struct Watch {
     while (::poll(waited, 2, -1) < 0 && errno == EINTR) {
     }
     return waited[0].revents != 0;
+  }
+
+  // The result without secrets, and with what the programs would refuse of what is new.
+  static Live::Result asToldBy(const Programs& judges, const Secrets& secrets, const Live& live,
+                               Live::Result result) {
+    if (judges.isEmpty()) return result;
+    for (Live::Change& change : result.changes) {
+      if (!secrets.resembles(lastName(change.path))) continue;
+      for (auto* value : {&change.before, &change.after}) {
+        if (*value && !(*value)->empty()) *value = secretMark;
+      }
+    }
+    if (result.outcome == Live::CHANGED) {
+      result.problems = judges.judge(live.get(), live.origins()).problems;
+    }
+    return result;
   }
 
   void print(const Live::Result& result, bool isMended, const FileNames& names) const {
@@ -134,9 +155,13 @@ struct Watch {
   // In words as check has them.
   void printProblems(const Live::Result& result, const FileNames& names) const {
     SourceText source;
+    if (!programs.programs.empty() && !programs.showSecrets) {
+      source.quoteOnly([](const Location&) { return false; });  // any line may hold one
+    }
     std::vector<Finding> findings;
     for (const Problem& problem : result.problems) {
-      findings.push_back(describe(problem, names, source));
+      const bool isOfPrograms = result.outcome == Live::CHANGED;
+      findings.push_back(isOfPrograms ? asTold(problem) : describe(problem, names, source));
     }
     zuconfig::printText(std::cout, colours, findings, names, source);
   }
@@ -196,6 +221,7 @@ struct Watch {
   }
 
   LoadOptions load;
+  ProgramOptions programs;
   bool isNull = false;
   std::string format = "text";
   std::string program;

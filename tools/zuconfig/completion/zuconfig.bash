@@ -41,7 +41,9 @@ _zuconfig_choices() {  # COMMAND [OPTION]
     schema:) choices=(--as --at --for --help) ;;
     schema:--as) choices=(example man md rng) ;;
     tree:) choices=(-I --for --help --origins --schema --set --show-secrets --validate) ;;
-    watch:) choices=(-I --exec --format --help --null --once --schema --validate) ;;
+    watch:)
+      choices=(-I --exec --for --format --help --null --once --schema --show-secrets --validate)
+      ;;
     watch:--format) choices=(json text) ;;
     :)
       choices=(check diff dump errors explain get includes list page path schema tree watch

@@ -105,10 +105,13 @@ void Secrets::findIn(const IConfigPtr& config, const Judgement& judgement) {
   }
   forEachProperty(config, [&](const Visited& visited, const std::string& /*value*/) {
     if (known.count({visited.parent.get(), visited.name}) > 0) return;
-    const bool isAlike = std::find(names.begin(), names.end(), visited.name) != names.end() ||
-                         !nearest(visited.name, names).empty();
-    if (isAlike) hidden.emplace(visited.parent.get(), visited.name);
+    if (resembles(visited.name)) hidden.emplace(visited.parent.get(), visited.name);
   });
+}
+
+bool Secrets::resembles(const std::string& name) const {
+  return std::find(names.begin(), names.end(), name) != names.end() ||
+         !nearest(name, names).empty();
 }
 
 bool Secrets::isQuotable(const Location& location) const {

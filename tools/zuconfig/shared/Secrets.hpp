@@ -34,6 +34,9 @@ class Secrets {
   // No line is shown from now on: one configuration cannot be loaded.
   void close() { isClosed = true; }
 
+  // Whether a name is that of one, or so near that one may be meant.
+  bool resembles(const std::string& name) const;
+
   // Whether a property of config is one.
   bool hides(const IConfigPtr& config, const std::string& name) const {
     return hidden.count({config.get(), name}) > 0;

@@ -112,3 +112,5 @@ install(FILES examples/gateway.cpp examples/gatewaySettings.hpp
   DESTINATION ${documents}/examples COMPONENT Documentation)
 install(DIRECTORY examples/broken examples/gateway DESTINATION ${documents}/examples COMPONENT Documentation)
 install(DIRECTORY docs DESTINATION ${documents} COMPONENT Documentation)
+install(DIRECTORY ${PROJECT_BINARY_DIR}/html DESTINATION ${documents}
+  COMPONENT Documentation OPTIONAL)  # of the target docs

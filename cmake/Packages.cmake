@@ -63,7 +63,8 @@ zu_package(DOCUMENTATION libzuutilconfig-doc doc
 loaded from XML files, which are found along a search path, may include each
 other and can be validated, or made in memory.
 .
-This package holds the documents for programmers and an example.")
+This package holds the documents for programmers, a reference of the headers
+and an example.")
 set(CPACK_DEBIAN_DOCUMENTATION_PACKAGE_ARCHITECTURE all)
 
 set(CPACK_DEBIAN_ENABLE_COMPONENT_DEPENDS ON)

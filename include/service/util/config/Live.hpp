@@ -84,7 +84,9 @@ class Live {
   static constexpr Outcome CHANGED = Outcome::CHANGED;
   static constexpr Outcome REFUSED = Outcome::REFUSED;
 
+  // A setting that is another one than before.
   using Change = live::Change;
+
   // problems: why the files are refused; otherwise what a reading warns of, and what the functions
   // that are told of changes have thrown. changes: what the files say otherwise than before.
   using Result = live::internal::Result;
@@ -116,6 +118,7 @@ class Live {
       return set([&] { held.slowPoll(time); });
     }
 
+    // For the library.
     const live::internal::Choices& get() const { return held; }
 
    private:
@@ -195,6 +198,7 @@ class Live {
   // thread, and may outlive the Live, whose last snapshot it then has.
   class Reader {
    public:
+    // May be made on any thread while live exists.
     explicit Reader(const Live& live) : published(live.engine.published()) { renew(); }
 
     // Valid until the next call.

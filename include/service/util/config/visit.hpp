@@ -39,9 +39,9 @@ ZU_EXPORT std::string spellPath(std::string path, const std::string& name, std::
 // The value or section that a visit is at. The references are valid during the call only.
 struct Visited {
   const IConfigPtr& parent;  // the configuration or section that holds it
-  const std::string& name;
-  std::uint32_t index;
-  std::uint32_t count;  // how often the name occurs in parent
+  const std::string& name;   // of the value or section
+  std::uint32_t index;       // among those of the name, from 0
+  std::uint32_t count;       // how often the name occurs in parent
 
   // The way to it from where the visit began, as a selector: "network.interface[1].address[2]". A
   // name that occurs once in its section has no index; one that repeats always has, be it 0.
@@ -58,6 +58,7 @@ class ZU_EXPORT Visitor {
  public:
   virtual ~Visitor();
 
+  // Called for each value.
   virtual void property(const Visited& visited, const std::string& value);
 
   // Called before the content of section; false leaves that content out.

@@ -35,6 +35,7 @@ extern "C" {
 
 /* ---- Error registry ------------------------------------------------------------------------- */
 
+/* The codes of module 0, which every module may use. */
 enum cu_GenericCode {
   CU_OK = 0,
   CU_MISSING_ARGUMENT = 1, /* an argument is missing or empty */
@@ -46,14 +47,15 @@ enum cu_GenericCode {
   CU_UNKNOWN_EXCEPTION = 7 /* any other C++ exception was caught */
 };
 
+/* Answers with a text about a code: never null, owned by the module, never freed. */
 typedef const char* (*cu_ErrorText)(uint32_t code);
 
 /* What a module tells the registry. All pointers must stay valid for the life of the process; both
  * functions take the full code, never return null and may be called from any thread. */
 typedef struct cu_Resolver {
-  const char* moduleName;
-  cu_ErrorText getName;
-  cu_ErrorText getDescription;
+  const char* moduleName;      /* "serviceUtilConfig" for example */
+  cu_ErrorText getName;        /* one word in capitals */
+  cu_ErrorText getDescription; /* one line */
 } cu_Resolver;
 
 /* Registers the texts of a module, replacing what was registered for it before. localBits is the
@@ -70,6 +72,7 @@ const char* cu_GetErrorModule(uint32_t code);
 
 /* ---- Error record --------------------------------------------------------------------------- */
 
+/* What is known of a failed call. */
 typedef struct cu_ErrorLocation cu_ErrorLocation;
 
 /* The record of the last failed call on this thread; never null, empty before the first failure.
@@ -84,13 +87,16 @@ const char* cu_Error_getDescription(const cu_ErrorLocation* location);
 
 /* ---- Text objects --------------------------------------------------------------------------- */
 
+/* A text that grows as needed, for functions that store text. */
 typedef struct cu_String cu_String;
 
 /* Creates an empty text object. capacity: bytes to reserve in advance, 0 for none. */
 uint32_t cu_String_new(cu_String** text, size_t capacity);
 /* The text, owned by the object, valid until it is changed or deleted; "" for a null handle. */
 const char* cu_String_get(const cu_String* text);
+/* Puts a copy of value in the place of the text. */
 uint32_t cu_String_set(cu_String* text, const char* value);
+/* Frees the object and sets *text to null. */
 uint32_t cu_String_delete(cu_String** text);
 
 /* ---- File names ----------------------------------------------------------------------------- */
@@ -105,10 +111,12 @@ uint32_t cu_Filename_getPath(const char* fileName, cu_String* path);
  * look-up, as in PATH. Entries are kept as they were given, duplicates included. */
 typedef struct cu_SearchPath cu_SearchPath;
 
+/* Makes a path without entries. */
 uint32_t cu_SearchPath_new(cu_SearchPath** path);
 /* A path of its own with the entries that path has at this moment, which stay the same while they
  * are counted and read. */
 uint32_t cu_SearchPath_copy(cu_SearchPath* path, cu_SearchPath** copy);
+/* Frees the path and sets *path to null. */
 uint32_t cu_SearchPath_delete(cu_SearchPath** path);
 
 /* What a function that has no memory to make a path answers in its place: no path, but a handle
@@ -132,13 +140,16 @@ uint32_t cu_SearchPath_append(cu_SearchPath* path, const char* directory);
 /* Takes out the first entry that equals directory byte by byte, so that nested pairs of prepend and
  * remove balance; *removed tells whether one was taken out. Needs no memory. */
 uint32_t cu_SearchPath_remove(cu_SearchPath* path, const char* directory, bool* removed);
+/* Takes out all entries. */
 uint32_t cu_SearchPath_clear(cu_SearchPath* path);
+/* Stores the number of entries. */
 uint32_t cu_SearchPath_count(cu_SearchPath* path, size_t* count);
 /* Stores entry index, 0 being the front. CU_INVALID_ARGUMENT: index is not below the count. */
 uint32_t cu_SearchPath_get(cu_SearchPath* path, size_t index, cu_String* directory);
 
 /* ---- Log ------------------------------------------------------------------------------------ */
 
+/* From what ends a program to what only its developers read. */
 enum cu_LogLevel { CU_FATAL = 0, CU_ERROR = 1, CU_WARNING = 2, CU_INFO = 3, CU_DEBUG = 4 };
 
 /* Receives each message that passes the threshold, on the thread that logs and as it was logged.

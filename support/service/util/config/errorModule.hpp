@@ -8,6 +8,7 @@
 
 namespace service::util::config {
 
+// What Exception::getCode answers for the failures of this module.
 enum ErrorCode : std::uint32_t {
   INVALID_SELECT = 0x3000000,     // a selector string is malformed
   NOT_FOUND = 0x3000001,          // a required section or property is not there

@@ -20,8 +20,8 @@ class ZU_EXPORT ConfigLocator {
 
   // A file and the entry of the path that it was found in, as the entry was given.
   struct Match {
-    std::string directory;
-    std::string file;  // the full name, as find gives it
+    std::string directory;  // as the entry was given; empty is the current directory
+    std::string file;       // the full name, as find gives it
   };
 
   // The file that find returns, then the files of the same name in later directories, in the order

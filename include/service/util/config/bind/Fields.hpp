@@ -201,6 +201,7 @@ class ZU_EXPORT Report {
   void error(const std::string& field, const std::string& message);
   void warning(const std::string& field, const std::string& message);
 
+  // Made by the library.
   explicit Report(internal::Reported& reported) : reported(reported) {}
   Report(const Report&) = delete;
   Report& operator=(const Report&) = delete;
@@ -212,7 +213,10 @@ class ZU_EXPORT Report {
 // The fields of a struct and what holds for all of them. A handle: copies are the same description.
 class ZU_EXPORT Fields {
  public:
+  // Takes fields as field and its like make them, in the order in which documents show them.
   Fields(std::initializer_list<internal::FieldHandle> fields);
+
+  // The same description again.
   Fields(const Fields&);
   Fields& operator=(const Fields&);
   ~Fields();
@@ -236,6 +240,7 @@ class ZU_EXPORT Fields {
                     });
   }
 
+  // For the library.
   const internal::Description& get() const { return *description; }
 
  private:

@@ -67,6 +67,7 @@ class ZU_EXPORT Settings {
     return check(config, origins, overrides, problems, Options());
   }
 
+  // For the library.
   const internal::Store& get() const { return *store; }
 
  private:

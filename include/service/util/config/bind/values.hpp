@@ -28,9 +28,10 @@ struct Is {};
 // A number of bytes. Its text has a unit: B, kB, MB, GB (powers of 1000), KiB, MiB or GiB (of
 // 1024).
 struct Bytes {
-  std::uint64_t count = 0;
+  std::uint64_t count = 0;  // of single bytes
 };
 
+// By their count.
 inline bool operator==(Bytes a, Bytes b) {
   return a.count == b.count;
 }
@@ -46,10 +47,13 @@ inline bool operator<(Bytes a, Bytes b) {
 class Secret {
  public:
   Secret() = default;
+  // text: any bytes, as they stand in the file.
   explicit Secret(std::string text) : text(std::move(text)) {}
 
+  // The text itself, valid as long as the Secret and until it is assigned to.
   const std::string& reveal() const { return text; }
 
+  // By their texts.
   friend bool operator==(const Secret& a, const Secret& b) { return a.text == b.text; }
   friend bool operator!=(const Secret& a, const Secret& b) { return a.text != b.text; }
 
@@ -72,13 +76,14 @@ using NameList = std::vector<std::pair<std::string, std::int64_t>>;
 template <class Enumeration>
 class Names {
  public:
+  // Copies the names. A value of them is what the enumeration's underlying type holds.
   Names(std::initializer_list<std::pair<const char*, Enumeration>> names) {
     for (const auto& [name, value] : names) {
       list.emplace_back(name, static_cast<std::int64_t>(value));
     }
   }
 
-  internal::NameList list;
+  internal::NameList list;  // for the library: names and values, in the order given
 };
 
 }  // namespace service::util::config::bind

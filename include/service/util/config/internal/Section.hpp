@@ -17,6 +17,7 @@
 namespace service::util::config::internal {
 
 class Section;
+// Shared ownership of a section, which keeps its children alive, but not its parent.
 using SectionPtr = std::shared_ptr<Section>;
 
 class ZU_EXPORT Section {
@@ -33,6 +34,7 @@ class ZU_EXPORT Section {
   // unchanged.
   static SectionPtr createSection(const std::string& name, Section& parent);
 
+  // Its name, which never changes.
   std::string getName() const;
 
   // The child called name; an empty pointer when there is none.

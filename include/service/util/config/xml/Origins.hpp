@@ -28,7 +28,7 @@ class ZU_EXPORT Origins : public Observer {
   struct Origin {
     const File* file = nullptr;  // owned by the Origins; null when nothing is known
     int line = 0;                // as in Location
-    int column = 0;
+    int column = 0;              // as in Location
   };
 
   Origins() = default;

@@ -17,6 +17,7 @@ namespace service::util::config::xml {
 
 class ZU_EXPORT Session {
  public:
+  // When the XML library is initialised, other than at its first use.
   enum Opening { NOW };
 
   // Costs nothing by itself.

@@ -18,8 +18,9 @@ namespace service::util::config::xml {
 // A warning tells of what loads and is probably not meant; a load of files with an error fails.
 enum class Severity { WARNING, ERROR };
 
+// Something that is wrong, and where.
 struct Problem {
-  Severity severity;
+  Severity severity;  // of an error, a load fails
 
   // What was violated; stable, for scripts to filter by. Errors:
   //   not-found        the top-level file is not on the search path
@@ -30,8 +31,8 @@ struct Problem {
   //   missing-name     a property or section without a name, or with an empty one
   //   missing-value    a property or an include without text
   //   missing-include  an included file is not on the search path
-  //   include-cycle    an include from which a load goes round for ever; the message tells the
-  //   circle unloadable       a file that the loader refuses for another reason
+  //   include-cycle    an include from which a load goes round for ever; the message tells it
+  //   unloadable       a file that the loader refuses for another reason
   // Warnings:
   //   unreachable-name  a name that no selector can spell
   //   padded-value      a value that begins or ends with white space

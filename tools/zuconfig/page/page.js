@@ -27,40 +27,43 @@ function linkTo(id) {
 // The parts of a row, whether it is a value or a section.
 const head = row => row.matches('details') ? row.firstElementChild : row;
 const placeOf = row => head(row).querySelector('a, i')?.textContent ?? '';
-const fileOf = place => place.replace(/:\d+:\d+$/, '');
 
-// --- Search. What is searched is collected once, when there is time.
-let index = null;
+// --- Search. What is searched is collected in short steps, between which the page can be used.
+const rows = tree ? tree.querySelectorAll('[id]') : [];
+const index = [];  // of rows, as far as it has come
+const stepTime = 12;  // ms
 
 function collect() {
-  if (index) return index;
-  index = [...tree.querySelectorAll('[id]')].map(row => {
-    const value = row.matches('details') ? '' : row.querySelector('bdi').textContent;
-    const place = placeOf(row);
-    return {id: row.id, value, place, text: (row.id + '\n' + value + '\n' + place).toLowerCase()};
-  });
-  return index;
+  const end = performance.now() + stepTime;
+  while (index.length < rows.length && performance.now() < end) {
+    const row = rows[index.length];
+    const second = head(row).firstElementChild.nextElementSibling;
+    const [value, where] = row === head(row) ? [second.textContent, second.nextElementSibling] : ['', second];
+    const place = where?.matches('a, i') ? where.textContent : '';
+    index.push({id: row.id, value, place, text: `${row.id}\n${value}\n${place}`.toLowerCase()});
+  }
+  if (index.length < rows.length) setTimeout(collect);
+  else if (document.body.classList.contains('asked')) find();
 }
 
 function find() {
   const words = search.value.toLowerCase().split(/\s+/).filter(word => word);
-  const file = filter.value;
+  const file = filter.value && filter.value + ':';
   const isAsked = words.length > 0 || file !== '';
   results.hidden = !isAsked;
-  for (const part of document.querySelectorAll('main')) part.hidden = isAsked;
-  results.replaceChildren();
+  document.body.classList.toggle('asked', isAsked);
   message.textContent = '';
   if (!isAsked) return;
-  const found = collect().filter(entry => words.every(word => entry.text.includes(word)) &&
-      (file === '' || fileOf(entry.place) === file));
-  for (const {id, value, place} of found.slice(0, mostResults)) {
-    const link = linkTo(id);
+  const found = index.filter(entry => words.every(word => entry.text.includes(word)) &&
+      entry.place.startsWith(file));
+  results.replaceChildren(...found.slice(0, mostResults).map(({id, value, place}) => {
     const isSection = id.endsWith('.');
-    results.append(element('li', '', element('small', place), link,
-                           ...(isSection ? [] : [' = ', element('bdi', value)])));
-  }
-  message.textContent = found.length === 0 ? 'nothing found' :
-      `${found.length} found` + (found.length > mostResults ? `, the first ${mostResults} shown` : '');
+    return element('li', '', element('small', place), linkTo(id),
+                   ...(isSection ? [] : [' = ', element('bdi', value)]));
+  }));
+  message.textContent = (found.length === 0 ? 'nothing' : found.length) + ' found' +
+      (index.length < rows.length ? ' so far' : '') +
+      (found.length > mostResults ? `, the first ${mostResults} shown` : '');
 }
 
 function leaveSearch() {
@@ -77,8 +80,8 @@ function reveal() {
   } catch { /* it stands as it is */ }
   const target = id && document.getElementById(id);
   if (!target) return;
-  leaveSearch();
   for (let at = target; at; at = at.parentElement) if (at.matches('details')) at.open = true;
+  leaveSearch();
   target.scrollIntoView({block: 'center'});
   const focused = target.matches('details') ? target.firstElementChild : target;
   if (!focused.matches('summary')) focused.tabIndex = -1;
@@ -152,9 +155,11 @@ function move(event) {
     if (row.matches('summary')) details.open = false;
     else details.firstElementChild.focus();
   } else if (event.key === 'ArrowDown' || event.key === 'ArrowUp') {
-    const rows = [...tree.querySelectorAll('summary, li[id]')].filter(
-        other => other.checkVisibility({contentVisibilityAuto: true}));
-    const next = rows[rows.indexOf(row) + (event.key === 'ArrowDown' ? 1 : -1)];
+    const walker = document.createTreeWalker(tree, NodeFilter.SHOW_ELEMENT, node =>
+        node.matches('details:not([open]) > ul, .explain') ? NodeFilter.FILTER_REJECT :
+        node.matches('summary, li[id]') ? NodeFilter.FILTER_ACCEPT : NodeFilter.FILTER_SKIP);
+    walker.currentNode = row;
+    const next = event.key === 'ArrowDown' ? walker.nextNode() : walker.previousNode();
     if (!next) return;
     if (!next.matches('summary')) next.tabIndex = -1;
     next.focus();
@@ -169,10 +174,11 @@ if (tree) {
   search.addEventListener('input', find);
   filter.addEventListener('change', find);
   form.addEventListener('submit', event => event.preventDefault());
-  search.addEventListener('focus', collect, {once: true});
   window.addEventListener('hashchange', reveal);
   results.addEventListener('click', event => {
-    if (event.target.matches('a') && event.target.hash === location.hash) reveal();
+    if (!event.target.matches('a')) return;
+    leaveSearch();
+    if (event.target.hash === location.hash) reveal();
   });
   tree.addEventListener('click', event => {
     const value = event.target.closest('bdi');
@@ -188,4 +194,5 @@ if (tree) {
     } else if (event.key === 'Escape' && !results.hidden) leaveSearch();
   });
   reveal();
+  setTimeout(collect);
 }

@@ -94,6 +94,7 @@ add_library(zuUtilConfigObjects OBJECT
   src/model/select.cpp
   src/model/visit.cpp
   src/plain/Document.cpp
+  src/plain/Markup.cpp
   src/plain/characters.cpp
   src/plain/read.cpp
   src/plain/readFile.cpp

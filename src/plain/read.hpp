@@ -6,7 +6,8 @@
 // which also words every error. tests/plain holds both to it.
 //
 // Plain is version 1.0 in UTF-8 without a document type, without prefixes, with names in ASCII and
-// all that the loader asks for: see read.cpp, which can be read from top to bottom.
+// all that the loader asks for. The way from the bytes up: characters, ByteClass, Cursor, Markup
+// and read.cpp, each of which can be read from top to bottom.
 #ifndef SRC_PLAIN_READ_HPP
 #define SRC_PLAIN_READ_HPP
 

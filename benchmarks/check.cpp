@@ -1,10 +1,9 @@
 // Checks of files that have much wrong with them: four times as much of it must not cost more for
 // each.
 
-#include <filesystem>
-#include <fstream>
 #include <functional>
 
+#include "Folder.hpp"
 #include "registration.hpp"
 #include "service/util/config/xml/Origins.hpp"
 #include "service/util/config/xml/format.hpp"
@@ -14,33 +13,8 @@ namespace benchmarks {
 
 namespace {
 
-namespace fs = std::filesystem;
 namespace xml = service::util::config::xml;
 using service::util::locator::ConfigLocator;
-
-constexpr const char* start = "<config xmlns='urn:zu:util:config' name='n' version='1'>";
-constexpr const char* end = "</config>\n";
-
-// A directory that is gone with the object.
-class Folder {
- public:
-  Folder() {
-    std::string name = fs::temp_directory_path() / "zu-check-XXXXXX";
-    if (::mkdtemp(name.data()) == nullptr) throw std::runtime_error("no temporary directory");
-    path = name;
-  }
-  ~Folder() { fs::remove_all(path); }
-  Folder(const Folder&) = delete;
-  Folder& operator=(const Folder&) = delete;
-
-  void write(const std::string& name, const std::string& content) const {
-    fs::create_directories((path / name).parent_path());
-    std::ofstream(path / name) << start << content << end;
-  }
-  std::string main() const { return path / "main.xml"; }
-
-  fs::path path;
-};
 
 std::string repeated(const std::string& text, std::size_t times) {
   std::string result;

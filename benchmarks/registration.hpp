@@ -29,6 +29,7 @@ void addReads(Inputs& inputs, const Extent& extent);
 void addBuilding(const Extent& extent);
 void addDestruction(const Extent& extent);
 void addBindings();
+void addLive(const Extent& extent);
 void addExceptions();
 void addChecks(const Extent& extent);
 void addProcesses(Inputs& inputs);

@@ -24,6 +24,7 @@ int main(int argc, char** argv) {
     addBuilding(extent);
     addDestruction(extent);
     addBindings();
+    addLive(extent);
     addExceptions();
     addChecks(extent);
     addProcesses(inputs);

@@ -77,8 +77,10 @@ add_library(zuUtilConfigObjects OBJECT
   src/entry/check.cpp
   src/entry/session.cpp
   src/entry/xmlConfig.cpp
+  src/live/Choices.cpp
   src/live/Engine.cpp
   src/live/LastGood.cpp
+  src/live/Listeners.cpp
   src/live/ObservedLoad.cpp
   src/live/Places.cpp
   src/live/Reading.cpp

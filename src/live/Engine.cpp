@@ -11,6 +11,7 @@
 #include "cppUtil/logger/Logger.hpp"
 #include "live/Choices.hpp"
 #include "live/LastGood.hpp"
+#include "live/Listeners.hpp"
 #include "live/Reading.hpp"
 #include "live/Trigger.hpp"
 
@@ -66,38 +67,7 @@ void Published::set(const Snapshot& next) {
   version.fetch_add(1, std::memory_order_release);
 }
 
-Choices::Choices() : held(std::make_shared<Held>()) {}
-Choices::Choices(const Choices&) = default;
-Choices& Choices::operator=(const Choices&) = default;
-Choices::~Choices() = default;
-
-void Choices::keepLastGood(const std::string& path) {
-  held->lastGood = path;
-}
-
-void Choices::overrides(const bind::Overrides& overrides) {
-  held->overrides = overrides;
-}
-
-void Choices::slowPoll(std::chrono::nanoseconds time) {
-  if (time.count() <= 0) {
-    throw Exception(CU_INVALID_ARGUMENT, 0, "src/live",
-                    "Options& service::util::config::Live<S>::Options::slowPoll(nanoseconds)",
-                    __LINE__, "the time between two looks at the files must be more than none");
-  }
-  held->slowPoll = time;
-}
-
-void Choices::onCheck(Check check) {
-  held->checks.push_back(std::move(check));
-}
-
 struct Engine::State {
-  struct FieldCall {
-    std::size_t field;
-    std::function<void(const Snapshot&, const Snapshot&)> call;
-  };
-
   // Of which files the program was told that they are not taken, and why.
   struct Refused {
     Places places;
@@ -111,7 +81,7 @@ struct Engine::State {
         clock(choices.clock),
         lastGood(choices.lastGood),
         trigger(*clock, choices.slowPoll),
-        checks(choices.checks) {}
+        listeners(choices.checks) {}
 
   void start();
   void startFromLastGood(const Reading& refused);
@@ -120,8 +90,6 @@ struct Engine::State {
   Result take(Reading& reading);
   void accept(Reading& reading, Result& result);
   Settings keepForStart(const Reading& reading) const;
-  void check(const Snapshot& before, const Snapshot& after, std::vector<xml::Problem>& problems);
-  void tell(const Snapshot& before, const std::set<std::size_t>& fields, Result& result);
   void store(const Reading& reading, std::vector<xml::Problem>& problems) const;
 
   const Followed& type;
@@ -130,9 +98,7 @@ struct Engine::State {
   const std::shared_ptr<const Clock> clock;
   const LastGood lastGood;
   Trigger trigger;
-  std::vector<Check> checks;
-  std::vector<FieldCall> fieldCalls;
-  std::vector<std::function<void(const std::vector<Change>&)>> calls;
+  Listeners listeners;
 
   Snapshot now;
   std::shared_ptr<const Published> shared;
@@ -165,7 +131,7 @@ void Engine::State::start() {
                     __LINE__, "the files change all the time");
   }
   if (reading->isGood) {
-    check(reading->object, reading->object, reading->problems);
+    listeners.check(reading->object, reading->object, reading->problems);
     reading->isGood = !hasError(reading->problems);
   }
   if (!reading->isGood) return startFromLastGood(*reading);
@@ -182,7 +148,7 @@ void Engine::State::start() {
 void Engine::State::startFromLastGood(const Reading& wrong) {
   if (lastGood.getPath().empty()) wrong.refuse();
   Reading stored(type, {lastGood.getPath(), {}, false}, overrides);
-  if (stored.isGood) check(stored.object, stored.object, stored.problems);
+  if (stored.isGood) listeners.check(stored.object, stored.object, stored.problems);
   if (!stored.isGood || hasError(stored.problems)) wrong.refuse();
   enforce(stored);
   refused = Refused{trigger.getPlaces(), wrong.problems};
@@ -220,7 +186,7 @@ void Engine::State::accept(Reading& reading, Result& result) {
   const std::vector<Difference> found = differences(files, reading.settings);
   Settings next = keepForStart(reading);
   if (!found.empty()) {
-    check(now, reading.object, result.problems);
+    listeners.check(now, reading.object, result.problems);
     if (hasError(result.problems)) {
       result.outcome = REFUSED;
       return;
@@ -247,7 +213,7 @@ void Engine::State::accept(Reading& reading, Result& result) {
   waiting.clear();
   for (const Difference& kept : differences(inForce, files)) waiting.push_back(kept.change(true));
   if (!found.empty()) store(reading, result.problems);
-  tell(old, fields, result);
+  if (!fields.empty()) listeners.tell(old, now, fields, result.changes, result.problems);
 }
 
 // What is kept stands where it stood when it came into force.
@@ -265,35 +231,6 @@ Settings Engine::State::keepForStart(const Reading& reading) const {
     setting.place = kept->place;
   }
   return next;
-}
-
-void Engine::State::check(const Snapshot& before, const Snapshot& after,
-                          std::vector<xml::Problem>& problems) {
-  for (const Check& run : std::vector<Check>(checks)) {
-    std::vector<xml::Problem> found;
-    try {
-      run(before, after, found);
-    } catch (...) {
-      found.push_back(caught("refused", "a check failed: "));
-    }
-    problems.insert(problems.end(), found.begin(), found.end());
-  }
-}
-
-void Engine::State::tell(const Snapshot& before, const std::set<std::size_t>& fields,
-                         Result& result) {
-  const auto run = [&](const auto& call) {
-    try {
-      call();
-    } catch (...) {
-      result.problems.push_back(caught("callback-failed", "a function that is told failed: "));
-    }
-  };
-  if (fields.empty()) return;
-  for (const FieldCall& one : std::vector<FieldCall>(fieldCalls)) {
-    if (fields.count(one.field) > 0) run([&] { one.call(before, now); });
-  }
-  for (const auto& call : std::vector(calls)) run([&] { call(result.changes); });
 }
 
 void Engine::State::store(const Reading& reading, std::vector<xml::Problem>& problems) const {
@@ -358,7 +295,7 @@ const std::shared_ptr<const Published>& Engine::published() const {
 }
 
 void Engine::onCheck(Check check) {
-  state->checks.push_back(std::move(check));
+  state->listeners.add(std::move(check));
 }
 
 void Engine::onChange(std::uint32_t offset,
@@ -371,11 +308,11 @@ void Engine::onChange(std::uint32_t offset,
                     "void service::util::config::Live<S>::onChange(Call)", __LINE__,
                     "the member is no field of the struct's description");
   }
-  state->fieldCalls.push_back({static_cast<std::size_t>(row - rows.begin()), std::move(call)});
+  state->listeners.add(static_cast<std::size_t>(row - rows.begin()), std::move(call));
 }
 
 void Engine::onChange(std::function<void(const std::vector<Change>& changes)> call) {
-  state->calls.push_back(std::move(call));
+  state->listeners.add(std::move(call));
 }
 
 }  // namespace service::util::config::live::internal

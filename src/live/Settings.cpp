@@ -10,12 +10,7 @@
 
 namespace service::util::config::live {
 
-using bind::internal::Description;
-using bind::internal::GivenTexts;
-using bind::internal::Holder;
-using bind::internal::Kind;
-using bind::internal::Row;
-using bind::internal::Viewing;
+using namespace bind::internal;
 
 namespace {
 
@@ -62,7 +57,7 @@ class Lister {
       const auto* text = given == nullptr ? nullptr : givenAt(given->settings, row.name, i);
       const std::string shown = text == nullptr ? values[i] : text->text;
       settings.push_back({key + keyPart(row.name, std::to_string(i)),
-                          bind::internal::extended(path, row.name, i, count), values[i],
+                          extended(path, row.name, i, count), values[i],
                           row.value.kind == Kind::SECRET ? masked : shown,
                           text == nullptr ? xml::Location() : text->place, field});
     }
@@ -75,7 +70,7 @@ class Lister {
     const void* below = isOptional ? row.member.holder->value(member) : member;
     if (below == nullptr) return;
     const std::string keyBelow = key + keyPart(row.name, "");
-    const std::string pathBelow = bind::internal::extended(path, row.name);
+    const std::string pathBelow = extended(path, row.name);
     if (isOptional) settings.push_back({keyBelow, pathBelow, "", "", {}, field});
     list(row.below(), below, given == nullptr ? nullptr : givenAt(given->sections, row.name, 0),
          keyBelow, pathBelow);
@@ -90,7 +85,7 @@ class Lister {
       const std::uint32_t index = row.isKeyed ? indexOf(row, given, name, next) : next;
       ++next;
       const std::string keyBelow = key + keyPart(row.name, name);
-      const std::string pathBelow = bind::internal::extended(path, row.name, index, count);
+      const std::string pathBelow = extended(path, row.name, index, count);
       settings.push_back({keyBelow, pathBelow, "", "", {}, field});
       list(row.below(), element,
            given == nullptr ? nullptr : givenAt(given->sections, row.name, index), keyBelow,

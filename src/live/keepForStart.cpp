@@ -5,11 +5,7 @@
 
 namespace service::util::config::live {
 
-using bind::internal::Description;
-using bind::internal::Filling;
-using bind::internal::Holder;
-using bind::internal::Row;
-using bind::internal::Viewing;
+using namespace bind::internal;
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include "shared/Comparison.hpp"
 #include "shared/Loader.hpp"
 #include "shared/Secrets.hpp"
-#include "shared/text.hpp"
+#include "shared/SideWriter.hpp"
 
 namespace zuconfig {
 
@@ -20,8 +20,8 @@ struct Side {
 class DifferencePrinter : public ComparisonVisitor {
  public:
   DifferencePrinter(const FileNames& files, const Secrets& secrets, const Side& a, const Side& b,
-                    bool isNull)
-      : files(files), secrets(secrets), a(a), b(b), isNull(isNull) {}
+                    const SideWriter& writer)
+      : files(files), secrets(secrets), a(a), b(b), writer(writer) {}
 
   void value(const Compared& at, const std::string& valueA, const std::string& valueB) override {
     if (at.inA != nullptr && at.inB != nullptr && valueA == valueB) return;
@@ -48,31 +48,24 @@ class DifferencePrinter : public ComparisonVisitor {
 
  private:
   void start(const std::string& selector) {
-    if (!isDifferent && !isNull) {
-      std::cout << colours.bold << "--- " << a.file << "\n+++ " << b.file << colours.off << "\n";
+    if (!isDifferent && !writer.isNull) {
+      std::cout << writer.colours.bold << "--- " << a.file << "\n+++ " << b.file
+                << writer.colours.off << "\n";
     }
     isDifferent = true;
-    if (!isNull) std::cout << selector << "\n";
+    writer.start(selector);
   }
 
-  // A section has no value.
   void print(char sign, const std::string& selector, const std::string& value,
              const Origins::Origin& origin) const {
-    if (isNull) {
-      std::cout << sign << selector << '\n' << value << '\0';
-      return;
-    }
-    std::cout << (sign == '-' ? colours.bad : colours.good) << sign << " "
-              << (value.empty() ? "section" : escaped(value)) << colours.off << "  " << colours.dim
-              << "(" << files.shown(origin) << ")" << colours.off << "\n";
+    writer.write(sign, selector, value, files.shown(origin));
   }
 
   const FileNames& files;
   const Secrets& secrets;
   const Side& a;
   const Side& b;
-  const bool isNull;
-  const Colours colours;
+  const SideWriter& writer;
 };
 
 struct Diff {
@@ -82,8 +75,7 @@ struct Diff {
   void define(CLI::App& command) {
     load.define(command);
     programs.define(command);
-    command.add_flag("-0,--null", isNull,
-                     "Print records for scripts: sign, selector, line break, value, zero byte");
+    writer.define(command);
     command.add_option("A", fileA, "A configuration file; - is standard input")->required();
     command.add_option("B", fileB, "Another one")->required();
   }
@@ -96,7 +88,7 @@ struct Diff {
     Side b;
     read(loader, judges, secrets, fileA, a);
     read(loader, judges, secrets, fileB, b);
-    DifferencePrinter printer(loader.getNames(), secrets, a, b, isNull);
+    DifferencePrinter printer(loader.getNames(), secrets, a, b, writer);
     compare(a.config, b.config, printer);
     return printer.isDifferent ? NO : FINE;
   }
@@ -111,7 +103,7 @@ struct Diff {
 
   LoadOptions load;
   ProgramOptions programs;
-  bool isNull = false;
+  SideWriter writer;
   std::string fileA;
   std::string fileB;
 };

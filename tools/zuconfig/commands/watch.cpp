@@ -15,6 +15,7 @@
 #include "service/util/config/Live.hpp"
 #include "shared/Loader.hpp"
 #include "shared/Secrets.hpp"
+#include "shared/SideWriter.hpp"
 #include "shared/problems.hpp"
 
 namespace zuconfig {
@@ -80,8 +81,7 @@ struct Watch {
   void define(CLI::App& command) {
     load.define(command);
     programs.define(command);
-    command.add_flag("-0,--null", isNull,
-                     "Print records for scripts: sign, selector, line break, value, zero byte");
+    writer.define(command);
     command.add_option("--format", format, "text (the default) or json, an object for each line")
         ->type_name("FORMAT")
         ->check(CLI::IsMember({"text", "json"}));
@@ -93,7 +93,7 @@ struct Watch {
 
   ExitCode run() const {
     if (file == "-") throw Failure(USAGE, "standard input cannot be followed");
-    if (isNull && format != "text") throw Failure(USAGE, "-0 goes with --format text only");
+    if (writer.isNull && format != "text") throw Failure(USAGE, "-0 goes with --format text only");
     const EndSignals end;
     Loader loader(load);
     const Programs judges(programs);
@@ -141,18 +141,18 @@ struct Watch {
     if (result.outcome == Live::UNCHANGED && !isMended) return;
     if (format == "json") {
       printJson(result, names);
-    } else if (isNull) {
-      for (const Live::Change& change : result.changes) printNull(change);
     } else {
-      if (isMended)
+      const Colours& colours = writer.colours;
+      if (isMended && !writer.isNull) {
         std::cout << colours.dim << "the files can be used again" << colours.off << "\n";
-      for (const Live::Change& change : result.changes) printText(change, names);
+      }
+      for (const Live::Change& change : result.changes) print(change, names);
       printProblems(result, names);
     }
     std::cout.flush();
   }
 
-  // In words as check has them.
+  // In words as check has them; where records go out, to standard error.
   void printProblems(const Live::Result& result, const FileNames& names) const {
     SourceText source;
     if (!programs.programs.empty() && !programs.showSecrets) {
@@ -163,31 +163,21 @@ struct Watch {
       const bool isOfPrograms = result.outcome == Live::CHANGED;
       findings.push_back(isOfPrograms ? asTold(problem) : describe(problem, names, source));
     }
-    zuconfig::printText(std::cout, colours, findings, names, source);
+    printText(writer.isNull ? std::cerr : std::cout,
+              writer.isNull ? Colours(STDERR_FILENO) : writer.colours, findings, names, source);
   }
 
   static std::string selectorOf(const Live::Change& change) {
     return change.path + (change.before.value_or(change.after.value_or("")).empty() ? "." : "");
   }
 
-  void printText(const Live::Change& change, const FileNames& names) const {
-    std::cout << selectorOf(change) << "\n";
-    const auto side = [&](char sign, const std::optional<std::string>& value, const Location& at) {
-      if (!value) return;
-      std::cout << (sign == '-' ? colours.bad : colours.good) << sign << " "
-                << (value->empty() ? "section" : escaped(*value)) << colours.off << "  "
-                << colours.dim << "(" << names.shown(at) << ")" << colours.off << "\n";
-    };
-    side('-', change.before, change.beforeLocation);
-    side('+', change.after, change.afterLocation);
-  }
-
-  static void printNull(const Live::Change& change) {
-    const auto side = [&](char sign, const std::optional<std::string>& value) {
-      if (value) std::cout << sign << selectorOf(change) << '\n' << *value << '\0';
-    };
-    side('-', change.before);
-    side('+', change.after);
+  void print(const Live::Change& change, const FileNames& names) const {
+    const std::string selector = selectorOf(change);
+    writer.start(selector);
+    if (change.before) {
+      writer.write('-', selector, *change.before, names.shown(change.beforeLocation));
+    }
+    if (change.after) writer.write('+', selector, *change.after, names.shown(change.afterLocation));
   }
 
   static void printJson(const Live::Result& result, const FileNames& names) {
@@ -222,12 +212,11 @@ struct Watch {
 
   LoadOptions load;
   ProgramOptions programs;
-  bool isNull = false;
+  SideWriter writer;
   std::string format = "text";
   std::string program;
   bool isOnce = false;
   std::string file;
-  const Colours colours;
 };
 
 }  // namespace

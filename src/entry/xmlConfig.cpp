@@ -82,15 +82,8 @@ struct XmlConfigParser::Load : internal::Load {
   }
   ~Load() override { parser.load = nullptr; }
 
-  void include(const IConfigPtr& config, const std::string& name, const std::string& path,
-               const Position& position) override {
-    read(config, name, path, &position);
-  }
-
-  // include: where the include is; null for the top-level file.
-  void read(const IConfigPtr& config, const std::string& name, const std::string& path,
-            const Position* include) {
-    reading(events, name, path, include, [&] {
+  void read(const IConfigPtr& config, const std::string& name, const std::string& path) override {
+    reading(events, name, path, [&] {
       SearchedFirst beside(cppUtil::fileName::getPath(path));
       parser.parse(config, path);
       beside.leave();
@@ -129,7 +122,7 @@ XmlConfigParser::XmlConfigParser(const std::string& file, const SchemeList& sche
   if (fileName.empty()) {
     throw Exception(CU_MISSING_ARGUMENT, 0, unit, constructorSignature, __LINE__, "");
   }
-  Load(*this, observer).read(config, file, fileName, nullptr);
+  Load(*this, observer).read(config, file, fileName);
 }
 
 XmlConfigParser::~XmlConfigParser() = default;

@@ -47,9 +47,8 @@ class Load {
   Load(const Load&) = delete;
   Load& operator=(const Load&) = delete;
 
-  // Reads the file that path names, for an include of it as name at that position.
-  virtual void include(const IConfigPtr& config, const std::string& name, const std::string& path,
-                       const Position& position) = 0;
+  // Reads the file that path names, which was looked up as name, into config.
+  virtual void read(const IConfigPtr& config, const std::string& name, const std::string& path) = 0;
 
   // Files that include each other and sections in sections go as deep as the input says. The stack
   // is asked for only when the load has used some of it.

@@ -15,9 +15,8 @@ void LoadEvents::propertyAdded(const IConfigPtr& config, const std::string& name
   observer.propertyAdded(config, name, config->getPropertyCount(name) - 1, locationOf(position));
 }
 
-Observer::File LoadEvents::describe(const std::string& name, const std::string& path,
-                                    const Position* include) {
-  const Location place = include == nullptr ? Location() : locationOf(*include);
+Observer::File LoadEvents::describe(const std::string& name, const std::string& path) {
+  const Location place = current == nullptr ? Location() : locationOf(lastInclude);
   return describeFile(order, name, path, place, current);
 }
 

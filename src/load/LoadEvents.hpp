@@ -18,18 +18,18 @@ class LoadEvents {
   LoadEvents(const LoadEvents&) = delete;
   LoadEvents& operator=(const LoadEvents&) = delete;
 
-  void lookedUp(const std::string& name, const std::string& path) {
+  // include: where the include is that asked for name.
+  void lookedUp(const std::string& name, const std::string& path, const Position& include) {
+    lastInclude = include;
     observer.fileLookedUp(name, path);
   }
   void referred(const std::string& path) { observer.fileReferred(path); }
 
   // Runs read, which reads the file that path names, with its directory in front of the search
-  // path. name: what was looked up. include: where the include is that asked for it; null for the
-  // top-level file.
+  // path. name: what was looked up last.
   template <class Read>
-  void reading(const std::string& name, const std::string& path, const Position* include,
-               const Read& read) {
-    const Observer::File file = describe(name, path, include);
+  void reading(const std::string& name, const std::string& path, const Read& read) {
+    const Observer::File file = describe(name, path);
     observer.fileEntered(file);
     setCurrent(&file);
     order.push(cppUtil::fileName::getPath(path));
@@ -45,25 +45,25 @@ class LoadEvents {
   void propertyAdded(const IConfigPtr& config, const std::string& name, const Position& position);
 
  private:
-  Observer::File describe(const std::string& name, const std::string& path,
-                          const Position* include);
+  Observer::File describe(const std::string& name, const std::string& path);
   void setCurrent(const Observer::File* file);
   const Location& locationOf(const Position& position);
 
   Observer& observer;
   locator::SearchOrder order;
   const Observer::File* current = nullptr;
+  Position lastInclude;
   Location location;  // reused, so that its file is copied once for each file
 };
 
 // Runs read, observed if there is an observer.
 template <class Read>
 void reading(LoadEvents* events, const std::string& name, const std::string& path,
-             const Position* include, const Read& read) {
+             const Read& read) {
   if (events == nullptr) {
     read();
   } else {
-    events->reading(name, path, include, read);
+    events->reading(name, path, read);
   }
 }
 

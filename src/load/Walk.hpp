@@ -77,7 +77,7 @@ class Walk {
       std::string text;
       element.readText(text);
       const std::string path = locator::ConfigLocator::find(text);
-      if (load.events != nullptr) load.events->lookedUp(text, path);
+      if (load.events != nullptr) load.events->lookedUp(text, path, element.position());
       if (path.empty()) {
         const Position position = element.position();
         // The double blank before "included" is part of the message.
@@ -87,7 +87,7 @@ class Walk {
             << "' not found!";
       }
       if (!load.countFile()) element.fail("too many files!");
-      load.include(config, text, path, element.position());
+      load.read(config, text, path);
     });
   }
 

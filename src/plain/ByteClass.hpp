@@ -27,9 +27,9 @@ constexpr std::array<unsigned char, 256> classesOfBytes() {
     const bool isAlphanumeric = cppUtil::internal::isAlphanumeric(byte);
     const bool isLetter = isAlphanumeric && !cppUtil::internal::isDigit(byte);
     classes[i] = static_cast<unsigned char>(
-        (isLetter || byte == '_' ? NAME_START : 0) |
-        (isAlphanumeric || isOneOf("_-.") ? NAME : 0) | (isOneOf(" \t\r\n") ? SPACE : 0) |
-        (isOneOf("<&]\r") ? 0 : TEXT) | (isOneOf("<&\"'\t\r\n") ? 0 : ATTRIBUTE));
+        (isLetter || byte == '_' ? NAME_START : 0) | (isAlphanumeric || isOneOf("_-.") ? NAME : 0) |
+        (isOneOf(" \t\r\n") ? SPACE : 0) | (isOneOf("<&]\r") ? 0 : TEXT) |
+        (isOneOf("<&\"'\t\r\n") ? 0 : ATTRIBUTE));
   }
   return classes;
 }

@@ -102,6 +102,19 @@ TEST(OutOfMemory, LeavesPairsOfPrependAndRemoveBalanced) {
   }
 }
 
+// A copy has pairs of its own.
+TEST(OutOfMemory, LeavesACopyWithoutTheFailedPairs) {
+  Path path({longDirectory});
+  EXPECT_EQ(prependWithoutMemory(path), CU_OUT_OF_MEMORY);
+  cu_SearchPath* copy = nullptr;
+  bool removed = false;
+  EXPECT_EQ(cu_SearchPath_copy(path, &copy), 0u);
+  EXPECT_EQ(cu_SearchPath_remove(copy, longDirectory.c_str(), &removed), 0u);
+  EXPECT_TRUE(removed);
+  cu_SearchPath_delete(&copy);
+  EXPECT_FALSE(path.remove(longDirectory));
+}
+
 TEST(OutOfMemory, LogsNothing) {
   const std::string message(100, 'm');
   const std::string written = writtenInChild([&] {

@@ -124,19 +124,24 @@ TEST_F(Query, FailsWhereThePathEnds) {
   EXPECT_EQ(value, "untouched");
 }
 
-// A derived class that answers for a section of its own is asked, at every step.
+// A derived class that answers for a section of its own is asked, at every step. Where it has none
+// to give, the path goes on from the top.
 TEST(DerivedConfig, IsAskedByAQuery) {
   struct Layered : Config {
     IConfigPtr defaults = std::make_shared<Config>();
     IConfigPtr getSection(const std::string& name, std::uint32_t index) const override {
+      if (name == "none") return nullptr;
       return index < getSectionCount(name) ? Config::getSection(name, index)
                                            : defaults->getSection(name, index);
     }
   } config;
   config.defaults->addSection("s")->addProperty("p", "default");
   std::string value;
-  EXPECT_TRUE(config.getProperty("s.p", value));
-  EXPECT_EQ(value, "default");
+  for (const char* select : {"s.p", "none.s.p"}) {
+    value.clear();
+    EXPECT_TRUE(config.getProperty(select, value));
+    EXPECT_EQ(value, "default") << select;
+  }
 }
 
 }  // namespace

@@ -63,6 +63,13 @@ void Description::index() {
   }
   sortByName(settings);
   sortByName(sections);
+  ranks.resize(rows.size());
+  std::uint32_t rank = 0;
+  for (const auto* names : {&settings, &sections}) {
+    for (const Name& name : *names) {
+      if (!name.isFormer) ranks[name.row] = rank++;
+    }
+  }
 }
 
 const Description::Name* Description::find(bool isSetting, const std::string& name) const {

@@ -94,6 +94,7 @@ struct Description {
   std::vector<std::shared_ptr<const Row>> rows;
   std::vector<Name> settings;  // names and former names, in byte order
   std::vector<Name> sections;
+  std::vector<std::uint32_t> ranks;  // by row, in the order of its name among them
   bool isOpen = false;
   std::string variablePrefix;  // empty for none
   std::vector<Check> checks;

@@ -27,6 +27,7 @@ const File* Precedence::fileOf(const Occurrence& occurrence) const {
 }
 
 Place Precedence::placeOf(const Occurrence& occurrence) const {
+  if (occurrence.part == nullptr) return {{*occurrence.name}};
   const auto origin = originOf(origins, occurrence);
   if (origin.file == nullptr) return {};
   return {{origin.file->path, origin.line, origin.column}, origin.file};
@@ -36,9 +37,8 @@ bool Precedence::isInOneFile(const Occurrence& a, const Occurrence& b) const {
   return fileOf(a) == fileOf(b);
 }
 
-const Occurrence& Precedence::nearest(const Occurrences& occurrences) const {
+const Occurrence& Precedence::nearestOf(const Occurrences& occurrences) const {
   const Occurrence* best = &occurrences.front();
-  if (occurrences.size() == 1) return *best;
   const auto rank = [&](const Occurrence& occurrence) {
     const File* file = fileOf(occurrence);
     return std::make_pair(-distanceOf(file), order(file));

@@ -19,27 +19,35 @@ struct Place {
   const xml::Observer::File* file = nullptr;  // null for other sources and when nothing is known
 };
 
-// A value or a section in a configuration. Lives no longer than what it points to.
+// A value or a section in a configuration, or a value from another source. Lives no longer than
+// what it points to.
 struct Occurrence {
-  const IConfigPtr* part;  // that holds it
-  const std::string* name;
-  const std::string* value;   // null for a section
-  const IConfigPtr* section;  // null for a value
-  std::uint32_t index;
-  std::uint32_t count;  // of that name in part
-  bool isFormer;        // by a name that it had before
-};
+  Occurrence(const IConfigPtr& part, const std::string& name,
+             const std::vector<std::string>& values, std::uint32_t index)
+      : part(&part),
+        name(&name),
+        value(&values[index]),
+        index(index),
+        count(static_cast<std::uint32_t>(values.size())) {}
+  Occurrence(const IConfigPtr& part, const std::string& name,
+             const std::vector<IConfigPtr>& sections, std::uint32_t index)
+      : part(&part),
+        name(&name),
+        section(&sections[index]),
+        index(index),
+        count(static_cast<std::uint32_t>(sections.size())) {}
+  Occurrence(const std::string& source, const std::string& value) : name(&source), value(&value) {}
+  explicit Occurrence(const IConfigPtr& configuration) : section(&configuration) {}
 
-inline Occurrence occurrenceOf(const IConfigPtr& part, const std::string& name,
-                               const std::vector<std::string>& values, std::uint32_t index) {
-  const auto count = static_cast<std::uint32_t>(values.size());
-  return {&part, &name, &values[index], nullptr, index, count, false};
-}
-inline Occurrence occurrenceOf(const IConfigPtr& part, const std::string& name,
-                               const std::vector<IConfigPtr>& sections, std::uint32_t index) {
-  const auto count = static_cast<std::uint32_t>(sections.size());
-  return {&part, &name, nullptr, &sections[index], index, count, false};
-}
+  const IConfigPtr* part = nullptr;     // that holds it
+  const std::string* name = nullptr;    // there; without a part the source, "environment NAME"
+  const std::string* value = nullptr;   // null for a section
+  const IConfigPtr* section = nullptr;  // null for a value
+  std::uint32_t index = 0;
+  std::uint32_t count = 1;  // of that name in part
+  std::uint32_t rank = 0;   // of its row in a description
+  bool isFormer = false;    // by a name that it had before
+};
 
 // Appends what part, of whose contents map is one half, has under name.
 template <class Map>
@@ -48,13 +56,14 @@ void findIn(const IConfigPtr& part, const Map& map, const std::string& name,
   const auto entry = map.find(name);
   if (entry == map.end()) return;
   for (std::uint32_t index = 0; index < entry->second.size(); ++index) {
-    found.push_back(occurrenceOf(part, entry->first, entry->second, index));
+    found.emplace_back(part, entry->first, entry->second, index);
   }
 }
 
 // Some of them, in the order of the load. A view.
 class Occurrences {
  public:
+  Occurrences() = default;
   Occurrences(const Occurrence* first, std::size_t count) : first(first), count(count) {}
   Occurrences(const std::vector<Occurrence>& all) : Occurrences(all.data(), all.size()) {}
 
@@ -65,8 +74,8 @@ class Occurrences {
   bool empty() const { return count == 0; }
 
  private:
-  const Occurrence* first;
-  std::size_t count;
+  const Occurrence* first = nullptr;
+  std::size_t count = 0;
 };
 
 class Precedence {
@@ -77,7 +86,9 @@ class Precedence {
   bool isInOneFile(const Occurrence& a, const Occurrence& b) const;
 
   // Neither takes an empty list. The one that counts; in a file the first.
-  const Occurrence& nearest(const Occurrences& occurrences) const;
+  const Occurrence& nearest(const Occurrences& occurrences) const {
+    return occurrences.size() == 1 ? occurrences.front() : nearestOf(occurrences);
+  }
   // All in the nearest files that have any.
   std::vector<const Occurrence*> allNearest(const Occurrences& occurrences) const;
 
@@ -89,6 +100,7 @@ class Precedence {
   std::size_t order(const xml::Observer::File* file) const;
 
  private:
+  const Occurrence& nearestOf(const Occurrences& occurrences) const;
   const xml::Observer::File* fileOf(const Occurrence& occurrence) const;
 
   const xml::Origins* origins;

@@ -30,55 +30,55 @@ void* valueIn(const Row& row, void* object) {
 }
 
 Reader::Reader(const Request& request, const Precedence& precedence, Findings& findings)
-    : request(request), precedence(precedence), findings(findings) {
+    : request(request), top(request.config), precedence(precedence), findings(findings) {
   for (const auto& [path, text] : request.overrides.get()) {
     overrides.emplace_back(parsePath(path), text);
   }
 }
 
 void Reader::read() {
-  Level top = {request.description,
-               request.object,
-               "",
-               {request.config},
-               rootOf(request.origins),
-               request.description.variablePrefix,
-               {},
-               request.description.isOpen,
-               nullptr,
-               request.given};
-  for (const auto& override : overrides) top.assignments.push_back({&override, 0});
-  readLevel(top);
+  const Description& description = request.description;
+  Level level = {
+      description, {&top, 1}, description.variablePrefix, description.isOpen, request.object};
+  level.given = request.given;
+  for (const auto& override : overrides) level.assignments.push_back({&override, 0});
+  readLevel(level);
 }
 
 void Reader::readLevel(Level& level) {
   const std::size_t errorsBefore = findings.errors();
   assign(level);
   search(level);
-  if (!level.description.checks.empty()) {
-    level.places.assign(level.description.rows.size(), level.place);
-  }
+  const bool hasChecks = !level.description.checks.empty() && level.object != nullptr;
+  if (hasChecks) level.places.assign(level.description.rows.size(), placeOf(level));
   for (std::size_t at = 0; at < level.description.rows.size(); ++at) readRow(level, at);
   tellUnknownVariables(level);
-  if (findings.errors() == errorsBefore && level.object != nullptr) runChecks(level);
+  if (hasChecks && findings.errors() == errorsBefore) runChecks(level);
 }
 
 void Reader::readRow(Level& level, std::size_t at) {
-  tellRenamed(level, at);
-  switch (level.description.rows[at]->form) {
+  const Row& row = *level.description.rows[at];
+  const Occurrences found = level.found(at);
+  for (const Occurrence& one : found) {
+    if (one.isFormer) tellRenamed(level, row, one, found);
+  }
+  if (found.size() > 1 && !row.isSeveral()) tellRepeated(level, found);
+  switch (row.form) {
     case Holder::SETTING:
-      return readSetting(level, at);
+      return readSetting(level, at, found);
     case Holder::LIST:
-      return readList(level, at);
+      return readList(level, at, found);
     case Holder::SECTION:
-      return readSection(level, at);
+      return readSection(level, at, found);
     case Holder::SECTIONS:
-      return readSections(level, at);
+      return readSections(level, at, found);
   }
 }
 
 void Reader::runChecks(const Level& level) {
-  Reported reported = {level.description, level.path, level.place, level.places, findings};
+  const std::string path = level.path();
+  const Place place = placeOf(level);
+  Reported reported = {level.description, path, place, level.places, findings};
   Report report(reported);
   for (const auto& check : level.description.checks) {
     check.run(check.check.get(), level.object, report);
@@ -87,47 +87,48 @@ void Reader::runChecks(const Level& level) {
 
 void Reader::search(Level& level) {
   const Description& description = level.description;
-  std::vector<std::pair<std::size_t, Occurrence>> found;  // with their rows
-  std::vector<std::size_t> counts(description.rows.size());
-  found.reserve(counts.size());
+  std::vector<Occurrence>& all = level.occurrences;
+  all.reserve(description.rows.size());
   level.contents.reserve(level.parts.size());
-  for (const IConfigPtr& part : level.parts) {
+  for (const Occurrence& section : level.parts) {
+    const IConfigPtr& part = *section.section;
     const auto& contents = level.contents.emplace_back(part);
     if (request.together != nullptr) request.together->enter(part, description, level.isOpen);
-    const auto take = [&](const Description::Name* name, const Occurrence& occurrence) {
-      if (name == nullptr) return tellUnknown(level, occurrence);
-      found.emplace_back(name->row, occurrence);
-      found.back().second.isFormer = name->isFormer;
-      ++counts[name->row];
-    };
-    match(description.settings, part, contents.properties(), take);
-    match(description.sections, part, contents.sections(), take);
+    match(level, description.settings, part, contents.properties());
+    match(level, description.sections, part, contents.sections());
   }
-  level.ends.resize(counts.size());
-  std::partial_sum(counts.begin(), counts.end(), level.ends.begin());
-  level.occurrences.resize(found.size());
-  for (const auto& [row, occurrence] : found) {
-    level.occurrences[level.ends[row] - counts[row]--] = occurrence;
+  const auto isBefore = [](const auto& a, const auto& b) { return a.rank < b.rank; };
+  if (!std::is_sorted(all.begin(), all.end(), isBefore)) {
+    std::stable_sort(all.begin(), all.end(), isBefore);
   }
+  level.ends.resize(description.rows.size());
+  for (const Occurrence& one : all) ++level.ends[one.rank];
+  std::partial_sum(level.ends.begin(), level.ends.end(), level.ends.begin());
 }
 
 // Both the names in a section and those of its description are in byte order.
-template <class Map, class Found>
-void Reader::match(const std::vector<Description::Name>& known, const IConfigPtr& part,
-                   const Map& map, const Found& found) {
+template <class Map>
+void Reader::match(Level& level, const std::vector<Description::Name>& known,
+                   const IConfigPtr& part, const Map& map) {
   auto name = known.begin();
   for (const auto& [given, elements] : map) {
-    while (name != known.end() && name->name < given) ++name;
-    const bool isKnown = name != known.end() && name->name == given;
+    int order = -1;
+    while (name != known.end() && (order = name->name.compare(given)) < 0) ++name;
     for (std::uint32_t index = 0; index < elements.size(); ++index) {
-      found(isKnown ? &*name : nullptr, occurrenceOf(part, given, elements, index));
+      if (order != 0) {
+        tellUnknown(level, {part, given, elements, index});
+        continue;
+      }
+      Occurrence& found = level.occurrences.emplace_back(part, given, elements, index);
+      found.rank = level.description.ranks[name->row];
+      found.isFormer = name->isFormer;
     }
   }
 }
 
 void Reader::tellUnknown(const Level& level, const Occurrence& unknown) {
   if (request.together == nullptr && level.isOpen) return;
-  const std::string path = extended(level.path, *unknown.name, unknown.index, unknown.count);
+  const std::string path = extended(level.path(), *unknown.name, unknown.index, unknown.count);
   const Place place = precedence.placeOf(unknown);
   if (request.together != nullptr) return request.together->add(unknown, path, place);
   findings.add(request.unknown, "unknown-setting", path,
@@ -135,38 +136,40 @@ void Reader::tellUnknown(const Level& level, const Occurrence& unknown) {
                place);
 }
 
-void Reader::readSetting(Level& level, std::size_t at) {
-  const Occurrences found = level.found(at);
-  tellRepeated(level, at);
-  const std::vector<Source> elsewhere = sourcesElsewhere(level, at);
-  if (elsewhere.empty() && found.empty()) {
-    record(level, at, elsewhere);
-    tellMissing(level, at);
-    return;
+void Reader::readSetting(Level& level, std::size_t at, Occurrences found) {
+  const Row& row = *level.description.rows[at];
+  const std::vector<Occurrence> others = elsewhere(level, at);
+  const Occurrence* source = others.empty() ? nullptr : &others.back();
+  if (source == nullptr && !found.empty()) source = &precedence.nearest(found);
+  if (request.survey != nullptr) record(level, at, {source, source == nullptr ? 0U : 1U});
+  if (source == nullptr) {
+    tellMissing(level, row);
+  } else {
+    store(level, at, *source, valueIn(row, level.object));
   }
-  const Source source = elsewhere.empty() ? Source{&precedence.nearest(found)} : elsewhere.back();
-  if (request.survey != nullptr) record(level, at, {source});
-  store(level, at, source, valueIn(*level.description.rows[at], level.object));
 }
 
-void Reader::readList(Level& level, std::size_t at) {
+void Reader::readList(Level& level, std::size_t at, Occurrences found) {
   const Row& row = *level.description.rows[at];
-  const Occurrences found = level.found(at);
-  std::vector<Source> sources = sourcesElsewhere(level, at);
-  if (sources.empty() && !found.empty()) {
+  std::vector<Occurrence> sources;
+  const std::vector<Occurrence> others = elsewhere(level, at);
+  for (const Occurrence& other : others) {
+    if (other.name == others.back().name) sources.push_back(other);
+  }
+  if (others.empty() && !found.empty()) {
     for (const Occurrence* occurrence : precedence.allNearest(found)) {
-      sources.push_back({occurrence});
+      sources.push_back(*occurrence);
     }
   }
-  record(level, at, sources);
+  if (request.survey != nullptr) record(level, at, sources);
   if (sources.empty()) {
-    tellMissing(level, at);
+    tellMissing(level, row);
     return;
   }
-  const Source& last = sources[std::min<std::size_t>(row.most, sources.size() - 1)];
-  tellCount(level, at, sources.size(), placeOf(last));
+  tellCount(level, row, sources.size(),
+            &sources[std::min<std::size_t>(row.most, sources.size() - 1)]);
   if (level.object != nullptr) row.member.holder->clear(row.in(level.object));
-  for (const Source& source : sources) {
+  for (const Occurrence& source : sources) {
     const auto fill = [&](void* element) {
       store(level, at, source, element);
       return nullptr;
@@ -180,74 +183,75 @@ void Reader::readList(Level& level, std::size_t at) {
   }
 }
 
-void Reader::store(Level& level, std::size_t at, const Source& source, void* value) {
+void Reader::store(Level& level, std::size_t at, const Occurrence& source, void* value) {
   const Row& row = *level.description.rows[at];
-  if (!level.places.empty()) level.places[at] = placeOf(source);
+  if (!level.places.empty()) level.places[at] = precedence.placeOf(source);
+  const bool isFromFile = source.part != nullptr;
   if (level.given != nullptr) {
-    const bool isFromFile = source.occurrence != nullptr;
     level.given->settings[row.name].push_back(
-        {source.text(), placeOf(source).location, isFromFile});
+        {*source.value, precedence.placeOf(source).location, isFromFile});
   }
-  const auto fault = parse(row.value, source.text(), value);
-  if (!fault) return;
-  std::string path = extended(level.path, row.name);
-  if (const Occurrence* occurrence = source.occurrence) {
-    path = extended(level.path, *occurrence->name, occurrence->index, occurrence->count);
-  }
-  findings.add(Severity::ERROR, fault->rule, path, fault->message, placeOf(source));
-}
-
-Place Reader::placeOf(const Source& source) const {
-  if (source.occurrence != nullptr) return precedence.placeOf(*source.occurrence);
-  return {{source.giver}};
-}
-
-void Reader::tellRenamed(const Level& level, std::size_t at) {
-  const Row& row = *level.description.rows[at];
-  const Occurrences found = level.found(at);
-  for (const Occurrence& former : found) {
-    if (!former.isFormer) continue;
-    const bool isRepeated = std::any_of(found.begin(), found.end(), [&](const Occurrence& other) {
-      return !other.isFormer && precedence.isInOneFile(former, other);
-    });
-    std::string message = "is called " + cppUtil::internal::quoted(row.name) + " now";
-    if (isRepeated) message += ", which the same file has, too";
-    findings.add(isRepeated ? Severity::ERROR : Severity::WARNING, "renamed-setting",
-                 extended(level.path, *former.name), message, precedence.placeOf(former));
+  if (const auto fault = parse(row.value, *source.value, value)) {
+    tellFault(level, row, source, *fault);
   }
 }
 
-void Reader::tellRepeated(const Level& level, std::size_t at) {
-  for (const auto& [occurrence, first] : precedence.repeated(level.found(at))) {
+void Reader::tellFault(const Level& level, const Row& row, const Occurrence& source,
+                       const Fault& fault) {
+  const std::string& name = source.part != nullptr ? *source.name : row.name;
+  findings.add(Severity::ERROR, fault.rule,
+               extended(level.path(), name, source.index, source.count), fault.message,
+               precedence.placeOf(source));
+}
+
+// Where it is told what is missing.
+Place Reader::placeOf(const Level& level) const {
+  if (level.around == nullptr) return rootOf(request.origins);
+  if (level.parts.empty()) return placeOf(*level.around);
+  return precedence.placeOf(precedence.nearest(level.parts));
+}
+
+void Reader::tellRenamed(const Level& level, const Row& row, const Occurrence& former,
+                         Occurrences found) {
+  const bool isRepeated = std::any_of(found.begin(), found.end(), [&](const Occurrence& other) {
+    return !other.isFormer && precedence.isInOneFile(former, other);
+  });
+  std::string message = "is called " + cppUtil::internal::quoted(row.name) + " now";
+  if (isRepeated) message += ", which the same file has, too";
+  findings.add(isRepeated ? Severity::ERROR : Severity::WARNING, "renamed-setting",
+               extended(level.path(), *former.name), message, precedence.placeOf(former));
+}
+
+void Reader::tellRepeated(const Level& level, Occurrences found) {
+  for (const auto& [occurrence, first] : precedence.repeated(found)) {
     if (*occurrence->name != *first->name) continue;  // told as renamed
-    findings.add(Severity::ERROR, "repeated-setting", extended(level.path, *occurrence->name),
+    findings.add(Severity::ERROR, "repeated-setting", extended(level.path(), *occurrence->name),
                  alreadyThere(precedence.placeOf(*first)), precedence.placeOf(*occurrence));
   }
 }
 
 // Of a row that nothing is given for. Answers whether something is missing.
-bool Reader::tellMissing(const Level& level, std::size_t at) {
-  const Row& row = *level.description.rows[at];
+bool Reader::tellMissing(const Level& level, const Row& row) {
   if (row.isRequired || &row == level.key) {
-    findings.add(Severity::ERROR, "missing-setting", extended(level.path, row.name),
-                 "required" + (row.text.empty() ? "" : ": " + row.text), level.place);
+    findings.add(Severity::ERROR, "missing-setting", extended(level.path(), row.name),
+                 "required" + (row.text.empty() ? "" : ": " + row.text), placeOf(level));
     return true;
   }
-  const std::size_t errorsBefore = findings.errors();
+  if (!row.isSeveral()) return false;
   const bool hasDefault = row.member.holder != nullptr && level.object != nullptr;
-  if (row.isSeveral()) {
-    tellCount(level, at, hasDefault ? countOf(row, level.object) : row.defaultCount, level.place);
-  }
-  return findings.errors() > errorsBefore;
+  return tellCount(level, row, hasDefault ? countOf(row, level.object) : row.defaultCount, nullptr);
 }
 
-void Reader::tellCount(const Level& level, std::size_t at, std::size_t count, const Place& place) {
-  const Row& row = *level.description.rows[at];
-  if (count >= row.least && count <= row.most) return;
-  findings.add(Severity::ERROR, "wrong-count", extended(level.path, row.name),
+// last: the first that is too many; null for defaults. Answers whether there is something to tell.
+bool Reader::tellCount(const Level& level, const Row& row, std::size_t count,
+                       const Occurrence* last) {
+  if (count >= row.least && count <= row.most) return false;
+  const bool isAtLast = count > row.most && last != nullptr;
+  findings.add(Severity::ERROR, "wrong-count", extended(level.path(), row.name),
                "given " + std::to_string(count) + (count == 1 ? " time" : " times") + ", not " +
                    std::to_string(row.least) + " to " + std::to_string(row.most),
-               count < row.least ? level.place : place);
+               isAtLast ? precedence.placeOf(*last) : placeOf(level));
+  return true;
 }
 
 }  // namespace service::util::config::bind::internal

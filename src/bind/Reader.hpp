@@ -6,6 +6,7 @@
 #ifndef SRC_BIND_READER_HPP
 #define SRC_BIND_READER_HPP
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -59,42 +60,45 @@ class Reader {
   // A struct that is being read. What is by row has one entry for each row of the description.
   struct Level {
     const Description& description;
-    void* object;
-    std::string path;
-    std::vector<IConfigPtr> parts;  // in the order of the load
-    Place place;                    // where it is told what is missing
+    Occurrences parts;  // the sections that it is made up of, in the order of the load
     std::string variablePrefix;
-    Assignments assignments;
     bool isOpen;
-    const Row* key;                  // the setting that it is known by, if there is one
-    GivenTexts* given = nullptr;     // to fill, if somebody asks
-    std::string describedPath = {};  // path without former names; for a survey only
-    std::size_t depth = 0;           // how many sections lead to it
+    void* object = nullptr;
+    const Level* around = nullptr;  // null for the outermost; otherwise:
+    const Row* row = nullptr;       // of that
+    const std::string* name = nullptr;
+    std::uint32_t index = 0;
+    std::uint32_t count = 1;
+    std::size_t depth = 0;  // how many sections lead to it
+
+    Assignments assignments = {};
+    const Row* key = nullptr;     // the setting that it is known by, if there is one
+    GivenTexts* given = nullptr;  // to fill, if somebody asks
 
     std::vector<config::internal::Contents> contents = {};  // of the parts
-    std::vector<Occurrence> occurrences = {};               // by row, then as loaded
-    std::vector<std::size_t> ends = {};                     // of each row's in that
+    std::vector<Occurrence> occurrences = {};               // by rank, then as loaded
+    std::vector<std::size_t> ends = {};                     // of each rank's in that
     std::vector<Assignments> assigned = {};                 // by row, or empty
     std::vector<Place> places = {};                         // by row, or empty: for checks
 
     // What the parts hold for the row.
     Occurrences found(std::size_t at) const {
-      const std::size_t start = at == 0 ? 0 : ends[at - 1];
-      return {occurrences.data() + start, ends[at] - start};
+      const std::size_t rank = description.ranks[at];
+      const std::size_t start = rank == 0 ? 0 : ends[rank - 1];
+      return {occurrences.data() + start, ends[rank] - start};
+    }
+
+    // Put together when something is told: mostly nothing is.
+    std::string path() const {
+      return around == nullptr ? "" : extended(around->path(), *name, index, count);
+    }
+    std::string describedPath() const {  // without former names
+      return around == nullptr ? "" : extended(around->describedPath(), row->name, index, count);
     }
   };
 
   // The sections that make up each element.
   using Elements = std::vector<std::vector<Occurrence>>;
-
-  // The text of a setting that is in force.
-  struct Source {
-    const std::string& text() const { return occurrence != nullptr ? *occurrence->value : given; }
-
-    const Occurrence* occurrence;  // null when it is from no file
-    std::string given = {};        // the text then
-    std::string giver = {};        // and where it is from
-  };
 
   void readLevel(Level& level);
   void readRow(Level& level, std::size_t at);
@@ -102,26 +106,31 @@ class Reader {
 
   // Finds what the parts hold, by row, and tells what has no row.
   void search(Level& level);
-  template <class Map, class Found>
-  void match(const std::vector<Description::Name>& known, const IConfigPtr& part, const Map& map,
-             const Found& found);
+  template <class Map>
+  void match(Level& level, const std::vector<Description::Name>& known, const IConfigPtr& part,
+             const Map& map);
   void tellUnknown(const Level& level, const Occurrence& unknown);
 
-  void readSetting(Level& level, std::size_t at);
-  void readList(Level& level, std::size_t at);
-  std::vector<Source> assignedSources(const Level& level, std::size_t at) const;
-  std::vector<Source> environmentSource(const Level& level, std::size_t at) const;
-  std::vector<Source> sourcesElsewhere(const Level& level, std::size_t at) const;
-  void store(Level& level, std::size_t at, const Source& source, void* value);
-  Place placeOf(const Source& source) const;
+  void readSetting(Level& level, std::size_t at, Occurrences found);
+  void readList(Level& level, std::size_t at, Occurrences found);
+  // What the environment says, at most one value, then the command line: the last one counts.
+  std::vector<Occurrence> elsewhere(const Level& level, std::size_t at) {
+    const bool mayBe = !level.assigned.empty() || !level.variablePrefix.empty() ||
+                       !level.description.rows[at]->variable.empty();
+    return mayBe ? findElsewhere(level, at) : std::vector<Occurrence>();
+  }
+  std::vector<Occurrence> findElsewhere(const Level& level, std::size_t at);
+  void store(Level& level, std::size_t at, const Occurrence& source, void* value);
+  void tellFault(const Level& level, const Row& row, const Occurrence& source, const Fault& fault);
+  Place placeOf(const Level& level) const;
 
-  void readSection(Level& level, std::size_t at);
-  void readSections(Level& level, std::size_t at);
+  void readSection(Level& level, std::size_t at, Occurrences found);
+  void readSections(Level& level, std::size_t at, Occurrences found);
   void readElement(const Level& level, std::size_t at, const Elements& elements, std::size_t index,
                    void* object);
-  Elements elementsOf(const Level& level, std::size_t at);
+  Elements elementsOf(const Level& level, const Row& row, Occurrences found);
   std::string keyOf(const Row& row, const Occurrence& section) const;
-  Level below(const Level& level, const Row& row, Occurrences sections, std::string path) const;
+  Level below(const Level& level, const Row& row, Occurrences sections) const;
   static GivenTexts* givenBelow(const Level& level, const Row& row);
 
   // Distributes the overrides of level to its rows, and tells those that fit none.
@@ -130,18 +139,19 @@ class Reader {
   bool hasVariable(const Description& description, const std::string& prefix) const;
   void tellUnknownVariables(const Level& level);
 
-  void record(const Level& level, std::size_t at, const std::vector<Source>& inForce) const;
-  void record(const Level& level, std::size_t at, const std::string& path,
-              Occurrences sections) const;
-  Given given(const Source& source) const;
+  void record(const Level& level, std::size_t at, Occurrences inForce);
+  void record(const Level& below, Occurrences sections) const;
+  Given given(const Occurrence& source) const;
 
-  void tellRenamed(const Level& level, std::size_t at);
-  void tellRepeated(const Level& level, std::size_t at);
-  bool tellMissing(const Level& level, std::size_t at);
-  void tellCount(const Level& level, std::size_t at, std::size_t count, const Place& place);
+  void tellRenamed(const Level& level, const Row& row, const Occurrence& former, Occurrences found);
+  void tellRepeated(const Level& level, Occurrences found);
+  bool tellMissing(const Level& level, const Row& row);
+  bool tellCount(const Level& level, const Row& row, std::size_t count, const Occurrence* last);
 
   const Request& request;
+  const Occurrence top;  // the configuration
   std::vector<std::pair<Path, std::string>> overrides;
+  std::map<std::string, std::string> variables;  // of the environment that were read, by source
   const Precedence& precedence;
   Findings& findings;
 };

@@ -58,31 +58,22 @@ void Reader::assign(Level& level) {
   }
 }
 
-std::vector<Reader::Source> Reader::assignedSources(const Level& level, std::size_t at) const {
-  std::vector<Source> sources;
+std::vector<Occurrence> Reader::findElsewhere(const Level& level, std::size_t at) {
+  std::vector<Occurrence> sources;
+  const Row& row = *level.description.rows[at];
+  if (request.takesEnvironment && !(row.variable.empty() && level.variablePrefix.empty())) {
+    const std::string name =
+        row.variable.empty() ? variableOf(level.variablePrefix, row.name) : row.variable;
+    if (const char* text = ::secure_getenv(name.c_str())) {
+      const auto kept = variables.emplace("environment " + name, text).first;
+      sources.emplace_back(kept->first, kept->second);
+    }
+  }
   if (level.assigned.empty()) return sources;
   for (const Assignment& assignment : level.assigned[at]) {
-    sources.push_back({nullptr, assignment.override->second, commandLine.location.file});
+    sources.emplace_back(commandLine.location.file, assignment.override->second);
   }
   return sources;
-}
-
-// At most one.
-std::vector<Reader::Source> Reader::environmentSource(const Level& level, std::size_t at) const {
-  const Row& row = *level.description.rows[at];
-  if (!request.takesEnvironment || (row.variable.empty() && level.variablePrefix.empty()))
-    return {};
-  const std::string name =
-      row.variable.empty() ? variableOf(level.variablePrefix, row.name) : row.variable;
-  const char* text = ::secure_getenv(name.c_str());
-  if (text == nullptr) return {};
-  return {{nullptr, text, "environment " + name}};
-}
-
-// What the command line says, or the environment. Of a setting the last counts.
-std::vector<Reader::Source> Reader::sourcesElsewhere(const Level& level, std::size_t at) const {
-  std::vector<Source> sources = assignedSources(level, at);
-  return sources.empty() ? environmentSource(level, at) : sources;
 }
 
 void Reader::tellUnfit(const Assignment& assignment, const std::string& reason) {

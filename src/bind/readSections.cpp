@@ -21,27 +21,20 @@ using xml::Severity;
 constexpr std::size_t neededStack = 64UL * 1024;
 constexpr std::size_t unaskedDepth = 4;  // to ask takes a system call
 
-std::string pathOf(const std::string& path, const Occurrence& section) {
-  return extended(path, *section.name, section.index, section.count);
+std::string pathOf(const std::string& around, const Occurrence& section) {
+  return extended(around, *section.name, section.index, section.count);
 }
 
 }  // namespace
 
-Reader::Level Reader::below(const Level& level, const Row& row, Occurrences sections,
-                            std::string path) const {
+Reader::Level Reader::below(const Level& level, const Row& row, Occurrences sections) const {
   const Description& description = row.below();
-  Level below = {description,
-                 nullptr,
-                 std::move(path),
-                 {},
-                 level.place,
-                 prefixBelow(description, level.variablePrefix, row.name),
-                 {},
-                 row.isOpen || description.isOpen,
-                 nullptr};
+  Level below = {description, sections, prefixBelow(description, level.variablePrefix, row.name),
+                 row.isOpen || description.isOpen};
+  below.around = &level;
+  below.row = &row;
+  below.name = &row.name;
   below.depth = level.depth + 1;
-  for (const Occurrence& section : sections) below.parts.push_back(*section.section);
-  if (!sections.empty()) below.place = precedence.placeOf(precedence.nearest(sections));
   return below;
 }
 
@@ -50,31 +43,26 @@ GivenTexts* Reader::givenBelow(const Level& level, const Row& row) {
   return level.given == nullptr ? nullptr : &level.given->sections[row.name].emplace_back();
 }
 
-void Reader::readSection(Level& level, std::size_t at) {
+void Reader::readSection(Level& level, std::size_t at, Occurrences found) {
   const Row& row = *level.description.rows[at];
-  const Occurrences found = level.found(at);
-  tellRepeated(level, at);
-  const std::string& name = found.size() == 1 ? *found.front().name : row.name;
-  Level below = this->below(level, row, found, extended(level.path, name));
-  if (request.survey != nullptr) {
-    below.describedPath = extended(level.describedPath, row.name);
-  }
-  record(level, at, below.describedPath, found);
+  Level below = this->below(level, row, found);
+  if (found.size() == 1) below.name = found.front().name;
+  if (request.survey != nullptr) record(below, found);
   if (!level.assigned.empty()) below.assignments = level.assigned[at];
   for (Assignment& assignment : below.assignments) ++assignment.depth;
   if (found.empty() && below.assignments.empty() &&
       !hasVariable(below.description, below.variablePrefix)) {
-    if (tellMissing(level, at) || row.isOptional) return;
+    if (tellMissing(level, row) || row.isOptional) return;
   }
   below.object = valueIn(row, level.object);
   below.given = givenBelow(level, row);
-  if (!level.places.empty()) level.places[at] = below.place;
+  if (!level.places.empty()) level.places[at] = placeOf(below);
   readLevel(below);
 }
 
-void Reader::readSections(Level& level, std::size_t at) {
+void Reader::readSections(Level& level, std::size_t at, Occurrences found) {
   const Row& row = *level.description.rows[at];
-  const Elements elements = elementsOf(level, at);
+  const Elements elements = elementsOf(level, row, found);
   if (!level.assigned.empty()) {
     for (const Assignment& assignment : level.assigned[at]) {
       const auto& part = assignment.override->first[assignment.depth];
@@ -83,13 +71,13 @@ void Reader::readSections(Level& level, std::size_t at) {
     }
   }
   if (elements.empty()) {
-    record(level, at, extended(level.describedPath, row.name), level.found(at));
-    tellMissing(level, at);
+    if (request.survey != nullptr) record(below(level, row, {}), {});
+    tellMissing(level, row);
     return;
   }
   if (!level.places.empty()) level.places[at] = precedence.placeOf(elements.front().front());
   const auto& last = elements[std::min<std::size_t>(row.most, elements.size() - 1)];
-  tellCount(level, at, elements.size(), precedence.placeOf(last.front()));
+  tellCount(level, row, elements.size(), &last.front());
   if (level.object != nullptr) row.member.holder->clear(row.in(level.object));
   for (std::size_t index = 0; index < elements.size(); ++index) {
     const auto fill = [&](void* object) {
@@ -103,7 +91,7 @@ void Reader::readSections(Level& level, std::size_t at) {
     Filling filling(fill);
     if (row.member.holder->append(row.in(level.object), filling)) continue;
     const Occurrence& section = elements[index].front();
-    findings.add(Severity::ERROR, "duplicate-key", pathOf(level.path, section),
+    findings.add(Severity::ERROR, "duplicate-key", pathOf(level.path(), section),
                  "its " + row.key().name + " is that of another section, too",
                  precedence.placeOf(section));
   }
@@ -117,15 +105,11 @@ void Reader::readElement(const Level& level, std::size_t at, const Elements& ele
                                   __LINE__, "sections nested too deeply for the stack");
   }
   const Row& row = *level.description.rows[at];
-  const auto number = static_cast<std::uint32_t>(index);
-  const auto count = static_cast<std::uint32_t>(elements.size());
-  Level below =
-      this->below(level, row, elements[index], extended(level.path, row.name, number, count));
+  Level below = this->below(level, row, elements[index]);
+  below.index = static_cast<std::uint32_t>(index);
+  below.count = static_cast<std::uint32_t>(elements.size());
   below.object = object;
-  if (request.survey != nullptr) {
-    below.describedPath = extended(level.describedPath, row.name, number, count);
-  }
-  record(level, at, below.describedPath, elements[index]);
+  if (request.survey != nullptr) record(below, elements[index]);
   below.variablePrefix.clear();
   below.given = givenBelow(level, row);
   if (row.isKeyed) below.key = &row.key();
@@ -142,11 +126,10 @@ void Reader::readElement(const Level& level, std::size_t at, const Elements& ele
 }
 
 // Sections of one key are one element, unless they stand in the same file.
-Reader::Elements Reader::elementsOf(const Level& level, std::size_t at) {
-  const Row& row = *level.description.rows[at];
+Reader::Elements Reader::elementsOf(const Level& level, const Row& row, Occurrences found) {
   Elements groups;
   std::map<std::string, std::size_t> known;  // the group of each key
-  for (const Occurrence& section : level.found(at)) {
+  for (const Occurrence& section : found) {
     if (!row.isKeyed) {
       groups.push_back({section});
       continue;
@@ -167,7 +150,7 @@ Reader::Elements Reader::elementsOf(const Level& level, std::size_t at) {
     }
     const int line = precedence.placeOf(*twin).location.line;
     findings.add(
-        Severity::ERROR, "duplicate-key", pathOf(level.path, section),
+        Severity::ERROR, "duplicate-key", pathOf(level.path(), section),
         "its " + row.key().name + " " + cppUtil::internal::quoted(key) + " is that of " +
             (line > 0 ? "the section in line " + std::to_string(line) : "another section") +
             ", too",

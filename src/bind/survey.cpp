@@ -9,42 +9,35 @@
 
 namespace service::util::config::bind::internal {
 
-Given Reader::given(const Source& source) const {
-  if (source.occurrence == nullptr) return {source.given, nullptr, "", 0, {source.giver}};
-  const Occurrence& occurrence = *source.occurrence;
-  return {occurrence.value == nullptr ? "" : *occurrence.value, *occurrence.part, *occurrence.name,
-          occurrence.index, precedence.placeOf(occurrence).location};
+Given Reader::given(const Occurrence& source) const {
+  const std::string text = source.value == nullptr ? "" : *source.value;
+  const xml::Location location = precedence.placeOf(source).location;
+  if (source.part == nullptr) return {text, nullptr, "", 0, location};
+  return {text, *source.part, *source.name, source.index, location};
 }
 
-void Reader::record(const Level& level, std::size_t at, const std::vector<Source>& inForce) const {
-  if (request.survey == nullptr) return;
+void Reader::record(const Level& level, std::size_t at, Occurrences inForce) {
   const Row& row = *level.description.rows[at];
-  std::vector<Source> all;
+  Surveyed surveyed = {row.described, extended(level.describedPath(), row.name), {}, {}};
+  for (const Occurrence& source : inForce) surveyed.inForce.push_back(given(source));
+  const auto addLost = [&](const Occurrence& source) {
+    const bool isInForce =
+        std::any_of(inForce.begin(), inForce.end(),
+                    [&](const Occurrence& other) { return source.value == other.value; });
+    if (!isInForce) surveyed.lost.push_back(given(source));
+  };
   for (const Occurrence& occurrence : level.found(at)) {
-    all.push_back({&occurrence});
+    addLost(occurrence);
     if (row.value.kind != Kind::SECRET) continue;
     request.survey->secrets.emplace(occurrence.part->get(), *occurrence.name);
   }
-  for (Source& source : environmentSource(level, at)) all.push_back(std::move(source));
-  for (Source& source : assignedSources(level, at)) all.push_back(std::move(source));
-
-  Surveyed surveyed = {row.described, extended(level.describedPath, row.name), {}, {}};
-  for (const Source& source : inForce) surveyed.inForce.push_back(given(source));
-  for (const Source& source : all) {
-    const bool isInForce = std::any_of(inForce.begin(), inForce.end(), [&](const Source& other) {
-      return source.occurrence == other.occurrence && source.given == other.given &&
-             source.giver == other.giver;
-    });
-    if (!isInForce) surveyed.lost.push_back(given(source));
-  }
+  for (const Occurrence& other : elsewhere(level, at)) addLost(other);
   request.survey->entries.push_back(std::move(surveyed));
 }
 
-void Reader::record(const Level& level, std::size_t at, const std::string& path,
-                    Occurrences sections) const {
-  if (request.survey == nullptr) return;
-  Surveyed surveyed = {level.description.rows[at]->described, path, {}, {}};
-  for (const Occurrence& section : sections) surveyed.inForce.push_back(given({&section}));
+void Reader::record(const Level& below, Occurrences sections) const {
+  Surveyed surveyed = {below.row->described, below.describedPath(), {}, {}};
+  for (const Occurrence& section : sections) surveyed.inForce.push_back(given(section));
   request.survey->entries.push_back(std::move(surveyed));
 }
 

@@ -149,6 +149,16 @@ void store(const ValueRules& rules, const Number& number, void* value) {
   }
 }
 
+std::pair<Number, Number> rangeOf(const ValueRules& rules) {
+  return rules.least ? std::make_pair(*rules.least, *rules.greatest) : boundsOf(rules);
+}
+
+bool isInRange(const ValueRules& rules, const Number& number) {
+  if (rules.least) return !(number < *rules.least || *rules.greatest < number);
+  const auto [least, greatest] = boundsOf(rules);
+  return !(number < least || greatest < number);
+}
+
 std::optional<Fault> parseNumber(const ValueRules& rules, const std::string& text, void* value) {
   Number number;
   const Outcome outcome =
@@ -159,13 +169,11 @@ std::optional<Fault> parseNumber(const ValueRules& rules, const std::string& tex
   if (outcome == Outcome::FRACTION) {
     return Fault{"out-of-range", text + " is not a multiple of " + print(rules, Number::of(1))};
   }
-  auto [least, greatest] = boundsOf(rules);
-  if (rules.least) least = *rules.least;
-  if (rules.greatest) greatest = *rules.greatest;
   if (outcome == Outcome::TOO_LARGE && rules.isFloating) {
     return Fault{"out-of-range", text + " is beyond what its type holds"};
   }
-  if (outcome == Outcome::TOO_LARGE || number < least || greatest < number) {
+  if (outcome == Outcome::TOO_LARGE || !isInRange(rules, number)) {
+    const auto [least, greatest] = rangeOf(rules);
     return Fault{"out-of-range",
                  text + " is not in " + print(rules, least) + " to " + print(rules, greatest)};
   }

@@ -40,7 +40,6 @@ void Reader::read() {
   const Description& description = request.description;
   Level level = {
       description, {&top, 1}, description.variablePrefix, description.isOpen, request.object};
-  level.given = request.given;
   for (const auto& override : overrides) level.assignments.push_back({&override, 0});
   readLevel(level);
 }
@@ -186,11 +185,6 @@ void Reader::readList(Level& level, std::size_t at, Occurrences found) {
 void Reader::store(Level& level, std::size_t at, const Occurrence& source, void* value) {
   const Row& row = *level.description.rows[at];
   if (!level.places.empty()) level.places[at] = precedence.placeOf(source);
-  const bool isFromFile = source.part != nullptr;
-  if (level.given != nullptr) {
-    level.given->settings[row.name].push_back(
-        {*source.value, precedence.placeOf(source).location, isFromFile});
-  }
   if (const auto fault = parse(row.value, *source.value, value)) {
     tellFault(level, row, source, *fault);
   }

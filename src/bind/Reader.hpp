@@ -12,7 +12,6 @@
 
 #include "bind/Description.hpp"
 #include "bind/Findings.hpp"
-#include "bind/GivenTexts.hpp"
 #include "bind/Path.hpp"
 #include "bind/Precedence.hpp"
 #include "bind/Together.hpp"
@@ -38,8 +37,7 @@ struct Request {
   xml::Severity unknown = xml::Severity::WARNING;  // of what the description does not name
   bool takesEnvironment = true;
   Together* together = nullptr;  // takes what the description does not name, instead of findings
-  Survey* survey = nullptr;      // takes what is in force; for what a Store has
-  GivenTexts* given = nullptr;   // to fill as well; null when nobody asks
+  Survey* survey = nullptr;      // takes what is in force
 };
 
 class Reader {
@@ -72,8 +70,7 @@ class Reader {
     std::size_t depth = 0;  // how many sections lead to it
 
     Assignments assignments = {};
-    const Row* key = nullptr;     // the setting that it is known by, if there is one
-    GivenTexts* given = nullptr;  // to fill, if somebody asks
+    const Row* key = nullptr;  // the setting that it is known by, if there is one
 
     std::vector<config::internal::Contents> contents = {};  // of the parts
     std::vector<Occurrence> occurrences = {};               // by rank, then as loaded
@@ -131,7 +128,6 @@ class Reader {
   Elements elementsOf(const Level& level, const Row& row, Occurrences found);
   std::string keyOf(const Row& row, const Occurrence& section) const;
   Level below(const Level& level, const Row& row, Occurrences sections) const;
-  static GivenTexts* givenBelow(const Level& level, const Row& row);
 
   // Distributes the overrides of level to its rows, and tells those that fit none.
   void assign(Level& level);

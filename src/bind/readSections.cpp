@@ -38,11 +38,6 @@ Reader::Level Reader::below(const Level& level, const Row& row, Occurrences sect
   return below;
 }
 
-// One more section of that row, to be filled.
-GivenTexts* Reader::givenBelow(const Level& level, const Row& row) {
-  return level.given == nullptr ? nullptr : &level.given->sections[row.name].emplace_back();
-}
-
 void Reader::readSection(Level& level, std::size_t at, Occurrences found) {
   const Row& row = *level.description.rows[at];
   Level below = this->below(level, row, found);
@@ -55,7 +50,6 @@ void Reader::readSection(Level& level, std::size_t at, Occurrences found) {
     if (tellMissing(level, row) || row.isOptional) return;
   }
   below.object = valueIn(row, level.object);
-  below.given = givenBelow(level, row);
   if (!level.places.empty()) level.places[at] = placeOf(below);
   readLevel(below);
 }
@@ -109,9 +103,10 @@ void Reader::readElement(const Level& level, std::size_t at, const Elements& ele
   below.index = static_cast<std::uint32_t>(index);
   below.count = static_cast<std::uint32_t>(elements.size());
   below.object = object;
-  if (request.survey != nullptr) record(below, elements[index]);
+  Survey* const survey = request.survey;
+  const std::size_t entry = survey == nullptr ? 0 : survey->entries.size();
+  if (survey != nullptr) record(below, elements[index]);
   below.variablePrefix.clear();
-  below.given = givenBelow(level, row);
   if (row.isKeyed) below.key = &row.key();
   if (!level.assigned.empty()) {
     for (Assignment assignment : level.assigned[at]) {
@@ -120,8 +115,8 @@ void Reader::readElement(const Level& level, std::size_t at, const Elements& ele
     }
   }
   readLevel(below);
-  if (row.isKeyed && below.given != nullptr && object != nullptr) {
-    below.given->key = print(row.key().value, row.key().in(object));
+  if (row.isKeyed && survey != nullptr && object != nullptr) {
+    survey->entries[entry].key = print(row.key().value, row.key().in(object));
   }
 }
 

@@ -18,7 +18,7 @@ Given Reader::given(const Occurrence& source) const {
 
 void Reader::record(const Level& level, std::size_t at, Occurrences inForce) {
   const Row& row = *level.description.rows[at];
-  Surveyed surveyed = {row.described, extended(level.describedPath(), row.name), {}, {}};
+  Surveyed surveyed = {row.described, extended(level.describedPath(), row.name), true};
   for (const Occurrence& source : inForce) surveyed.inForce.push_back(given(source));
   const auto addLost = [&](const Occurrence& source) {
     const bool isInForce =
@@ -36,7 +36,7 @@ void Reader::record(const Level& level, std::size_t at, Occurrences inForce) {
 }
 
 void Reader::record(const Level& below, Occurrences sections) const {
-  Surveyed surveyed = {below.row->described, below.describedPath(), {}, {}};
+  Surveyed surveyed = {below.row->described, below.describedPath(), false};
   for (const Occurrence& section : sections) surveyed.inForce.push_back(given(section));
   request.survey->entries.push_back(std::move(surveyed));
 }

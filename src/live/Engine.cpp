@@ -221,7 +221,7 @@ Settings Engine::State::keepForStart(const Reading& reading) const {
   if (type.structure == nullptr) return reading.settings;
   const auto& description = type.structure->fields().get();
   live::keepForStart(description, now.get(), reading.object.get());
-  Settings next = settingsOf(description, reading.object.get(), reading.given);
+  Settings next = settingsOf(description, reading.object.get(), reading.survey);
   const Index given(reading.settings);
   const Index old(inForce);
   for (Setting& setting : next) {

@@ -11,6 +11,7 @@
 #include <sstream>
 #include <system_error>
 
+#include "bind/Path.hpp"
 #include "service/util/config/internal/Config.hpp"
 #include "write/writeXml.hpp"
 
@@ -18,14 +19,26 @@ namespace service::util::config::live {
 
 namespace {
 
-void fill(const IConfigPtr& config, const bind::internal::GivenTexts& given) {
-  for (const auto& [name, texts] : given.settings) {
-    for (const auto& text : texts) {
-      if (text.isFromFile) config->addProperty(name, text.text);
-    }
+// Made if need be.
+IConfigPtr sectionAt(IConfigPtr config, const bind::internal::Path& path) {
+  for (const auto& [name, index] : path) {
+    while (config->getSectionCount(name) <= index.value_or(0)) config->addSection(name);
+    config = config->getSection(name, index.value_or(0));
   }
-  for (const auto& [name, sections] : given.sections) {
-    for (const auto& section : sections) fill(config->addSection(name), section);
+  return config;
+}
+
+// What the files gave, as the program counts.
+void fill(const IConfigPtr& config, const bind::internal::Survey& survey) {
+  for (const auto& entry : survey.entries) {
+    bind::internal::Path path = bind::internal::parsePath(entry.path);
+    const std::string name = path.back().name;
+    if (entry.isSetting) path.pop_back();
+    for (const auto& given : entry.inForce) {
+      if (given.part == nullptr) continue;
+      const IConfigPtr part = sectionAt(config, path);
+      if (entry.isSetting) part->addProperty(name, given.text);
+    }
   }
 }
 
@@ -33,7 +46,7 @@ std::string documentOf(const Reading& reading) {
   IConfigPtr config = reading.config;
   if (reading.object != reading.config) {
     config = std::make_shared<config::internal::Config>();
-    fill(config, reading.given);
+    fill(config, reading.survey);
   }
   std::ostringstream document;
   write::writeXml(document, config, "last good");

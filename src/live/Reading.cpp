@@ -71,12 +71,12 @@ void Reading::bind(const internal::Followed& type, const bind::Overrides& overri
   const auto& description = type.structure->fields().get();
   bind::internal::requireSound(*type.structure, object.get());
   bind::internal::Request request = {description, object.get(), config, origins.get(), overrides};
-  request.given = &given;
+  request.survey = &survey;
   const bind::internal::Precedence precedence(origins.get());
   bind::internal::Findings findings(precedence);
   bind::internal::Reader(request, precedence, findings).read();
   isGood = findings.take(problems);
-  if (isGood) settings = settingsOf(description, object.get(), given);
+  if (isGood) settings = settingsOf(description, object.get(), survey);
 }
 
 void Reading::refuse() const {

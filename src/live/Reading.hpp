@@ -7,9 +7,9 @@
 #include <string>
 #include <vector>
 
-#include "bind/GivenTexts.hpp"
 #include "live/ObservedLoad.hpp"
 #include "live/Settings.hpp"
+#include "service/util/config/bind/internal/survey.hpp"
 #include "service/util/config/live/Engine.hpp"
 
 namespace service::util::config::live {
@@ -35,7 +35,7 @@ struct Reading {
   std::shared_ptr<ObservedLoad> origins = std::make_shared<ObservedLoad>();
   IConfigPtr config;
   std::shared_ptr<void> object;
-  bind::internal::GivenTexts given;  // for a struct
+  bind::internal::Survey survey;  // for a struct
   Settings settings;
 
  private:

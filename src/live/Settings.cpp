@@ -23,18 +23,21 @@ std::string keyPart(const std::string& name, const std::string& which) {
 
 class Lister {
  public:
-  // given: null where nothing was.
-  void list(const Description& description, const void* object, const GivenTexts* given,
-            const std::string& key, const std::string& path) {
+  explicit Lister(const Survey& survey) {
+    for (const Surveyed& entry : survey.entries) surveyed.emplace(entry.path, &entry);
+  }
+
+  void list(const Description& description, const void* object, const std::string& key,
+            const std::string& path) {
     for (std::size_t at = 0; at < description.rows.size(); ++at) {
       if (key.empty()) field = at;
       const Row& row = *description.rows[at];
       if (row.isSetting()) {
-        listTexts(row, object, given, key, path);
+        listTexts(row, object, key, path);
       } else if (row.form == Holder::SECTION) {
-        listSection(row, object, given, key, path);
+        listSection(row, object, key, path);
       } else {
-        listSections(row, object, given, key, path);
+        listSections(row, object, key, path);
       }
     }
   }
@@ -42,29 +45,28 @@ class Lister {
   Settings settings;
 
  private:
-  // What below was given under name, the index-th.
-  template <class Map>
-  static auto givenAt(const Map& map, const std::string& name, std::size_t index) {
-    const auto found = map.find(name);
-    return found == map.end() || index >= found->second.size() ? nullptr : &found->second[index];
+  const Surveyed* at(const std::string& path) const {
+    const auto found = surveyed.find(path);
+    return found == surveyed.end() ? nullptr : found->second;
   }
 
-  void listTexts(const Row& row, const void* object, const GivenTexts* given,
-                 const std::string& key, const std::string& path) {
+  void listTexts(const Row& row, const void* object, const std::string& key,
+                 const std::string& path) {
     const auto values = textsOf(row, object);
     const auto count = static_cast<std::uint32_t>(values.size());
+    const Surveyed* entry = at(extended(path, row.name));
     for (std::uint32_t i = 0; i < count; ++i) {
-      const auto* text = given == nullptr ? nullptr : givenAt(given->settings, row.name, i);
-      const std::string shown = text == nullptr ? values[i] : text->text;
+      const bool isGiven = entry != nullptr && i < entry->inForce.size();
+      const std::string shown = isGiven ? entry->inForce[i].text : values[i];
       settings.push_back({key + keyPart(row.name, std::to_string(i)),
                           extended(path, row.name, i, count), values[i],
                           row.value.kind == Kind::SECRET ? masked : shown,
-                          text == nullptr ? xml::Location() : text->place, field});
+                          isGiven ? entry->inForce[i].location : xml::Location(), field});
     }
   }
 
-  void listSection(const Row& row, const void* object, const GivenTexts* given,
-                   const std::string& key, const std::string& path) {
+  void listSection(const Row& row, const void* object, const std::string& key,
+                   const std::string& path) {
     const void* member = row.in(object);
     const bool isOptional = row.member.holder->shape == Holder::OPTIONAL;
     const void* below = isOptional ? row.member.holder->value(member) : member;
@@ -72,41 +74,33 @@ class Lister {
     const std::string keyBelow = key + keyPart(row.name, "");
     const std::string pathBelow = extended(path, row.name);
     if (isOptional) settings.push_back({keyBelow, pathBelow, "", "", {}, field});
-    list(row.below(), below, given == nullptr ? nullptr : givenAt(given->sections, row.name, 0),
-         keyBelow, pathBelow);
+    list(row.below(), below, keyBelow, pathBelow);
   }
 
-  void listSections(const Row& row, const void* object, const GivenTexts* given,
-                    const std::string& key, const std::string& path) {
+  void listSections(const Row& row, const void* object, const std::string& key,
+                    const std::string& path) {
     const auto count = static_cast<std::uint32_t>(countOf(row, object));
+    std::unordered_map<std::string, std::uint32_t> indices;  // a map has an order of its own
+    for (std::uint32_t i = 0; row.isKeyed && i < count; ++i) {
+      const Surveyed* entry = at(extended(path, row.name, i, count));
+      if (entry != nullptr) indices.emplace(entry->key, i);
+    }
     std::uint32_t next = 0;
     const auto listOne = [&](const void* element) {
       const std::string name = row.isKeyed ? keyOf(row, element) : std::to_string(next);
-      const std::uint32_t index = row.isKeyed ? indexOf(row, given, name, next) : next;
+      const auto found = indices.find(name);
+      const std::uint32_t index = found == indices.end() ? next : found->second;
       ++next;
       const std::string keyBelow = key + keyPart(row.name, name);
       const std::string pathBelow = extended(path, row.name, index, count);
       settings.push_back({keyBelow, pathBelow, "", "", {}, field});
-      list(row.below(), element,
-           given == nullptr ? nullptr : givenAt(given->sections, row.name, index), keyBelow,
-           pathBelow);
+      list(row.below(), element, keyBelow, pathBelow);
     };
     Viewing viewing(listOne);
     row.member.holder->each(row.in(object), viewing);
   }
 
-  // A map has its elements in an order of its own.
-  static std::uint32_t indexOf(const Row& row, const GivenTexts* given, const std::string& key,
-                               std::uint32_t fallback) {
-    if (given == nullptr) return fallback;
-    const auto found = given->sections.find(row.name);
-    if (found == given->sections.end()) return fallback;
-    const auto& all = found->second;
-    const auto same = std::find_if(all.begin(), all.end(),
-                                   [&](const GivenTexts& section) { return section.key == key; });
-    return same == all.end() ? fallback : static_cast<std::uint32_t>(same - all.begin());
-  }
-
+  std::unordered_map<std::string, const Surveyed*> surveyed;  // by path
   std::size_t field = 0;
 };
 
@@ -147,9 +141,9 @@ class ConfigLister : public Visitor {
 
 }  // namespace
 
-Settings settingsOf(const Description& description, const void* object, const GivenTexts& given) {
-  Lister lister;
-  lister.list(description, object, &given, "", "");
+Settings settingsOf(const Description& description, const void* object, const Survey& survey) {
+  Lister lister(survey);
+  lister.list(description, object, "", "");
   return std::move(lister.settings);
 }
 

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "bind/Description.hpp"
-#include "bind/GivenTexts.hpp"
+#include "service/util/config/bind/internal/survey.hpp"
 #include "service/util/config/live/Engine.hpp"
 
 namespace service::util::config::live {
@@ -22,9 +22,9 @@ struct Setting {
 
 using Settings = std::vector<Setting>;
 
-// Of a struct that was read from what was given.
+// Of a struct, and what was found when it was read.
 Settings settingsOf(const bind::internal::Description& description, const void* object,
-                    const bind::internal::GivenTexts& given);
+                    const bind::internal::Survey& survey);
 
 // Of a configuration, whose properties are its settings.
 Settings settingsOf(const IConfigPtr& config, const xml::Origins& origins);

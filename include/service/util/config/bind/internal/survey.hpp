@@ -99,10 +99,12 @@ struct Given {
 
 // What there is of a setting, list or section in one section of a configuration.
 struct Surveyed {
-  const Described* described;
+  const Described* described;  // null in the program itself
   std::string path;            // as the program counts, "pump[1].speed"; sections one by one
-  std::vector<Given> inForce;  // nothing: the default holds
-  std::vector<Given> lost;     // against those in force
+  bool isSetting;
+  std::vector<Given> inForce = {};  // nothing: the default holds
+  std::vector<Given> lost = {};     // against those in force
+  std::string key = {};             // in the program itself, of a keyed section: as print has it
 };
 
 struct Survey {

@@ -6,6 +6,7 @@
 
 #include "bind/Path.hpp"
 #include "bind/Store.hpp"
+#include "bind/elements.hpp"
 #include "cppUtil/err/Exception.hpp"
 #include "cppUtil/internal/Character.hpp"
 #include "cppUtil/internal/text.hpp"
@@ -17,16 +18,6 @@ namespace {
 
 // More is no program but structs that hold each other in turn.
 constexpr std::size_t mostSettings = 100'000;
-
-template <class View>
-class Viewing final : public Viewer {
- public:
-  explicit Viewing(const View& doView) : doView(doView) {}
-  void view(const void* element) override { doView(element); }
-
- private:
-  const View& doView;
-};
 
 class Export {
  public:

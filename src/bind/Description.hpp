@@ -13,29 +13,14 @@
 
 #include "bind/values.hpp"
 #include "service/util/config/bind/Fields.hpp"
+#include "service/util/config/bind/internal/survey.hpp"
 
 namespace service::util::config::bind::internal {
 
-struct Described;
-
-// What is said of a setting, a list or a section, apart from the types of the program.
-struct Entry {
-  bool isSetting() const { return form == Holder::SETTING || form == Holder::LIST; }
-  bool isSeveral() const { return form == Holder::LIST || form == Holder::SECTIONS; }
-
-  Holder::Form form = Holder::SETTING;
+// What is known of a setting, a list or a section, apart from the types of the program.
+struct Entry : Said {
   std::string name;
-  std::string text;      // what it is about
-  std::string variable;  // of the environment
-  std::string sample;    // a value to show
-  std::vector<std::string> formerNames;
-  bool isRequired = false;
-  bool isForStart = false;
-  bool isOpen = false;
-  bool isOptional = false;  // a section whose absence is no section
   bool isKeyed = false;
-  std::uint32_t least = 0;  // how many there may be
-  std::uint32_t most = UINT32_MAX;
   ValueRules value;  // of settings
 
   // Of settings that are kept apart from their program; null and unused otherwise.
@@ -111,8 +96,9 @@ std::vector<std::string> textsOf(const Row& row, const void* object);
 // The elements of a list or of sections in object.
 std::size_t countOf(const Row& row, const void* object);
 
-// The environment variable of the setting called name below prefix, which is empty for none.
-std::string variableOf(const std::string& prefix, const std::string& name);
+// The environment variable of the setting: its own, or the one below prefix, which is empty for
+// none.
+std::string variableOf(const Entry& setting, const std::string& prefix);
 // The prefix for what is below the section called name.
 std::string prefixBelow(const Description& below, const std::string& prefix,
                         const std::string& name);

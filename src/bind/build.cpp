@@ -86,7 +86,9 @@ class Builder {
     const auto row = std::make_shared<Row>();
     row->described = &described;
     row->name = name;
-    fill(*row);
+    static_cast<Said&>(*row) = described;
+    row->isKeyed = !described.key.empty();
+    row->defaultCount = std::max<std::size_t>(described.defaults.size(), described.defaultCount);
     Section& section = sections[found->second];
     addNames(*row, section);
     const bool isRepeated = section.isRepeated;
@@ -98,26 +100,9 @@ class Builder {
     }
   }
 
-  static void fill(Row& row) {
-    const Described& described = *row.described;
-    row.form = described.form;
-    row.text = described.about;
-    row.variable = described.variable;
-    row.sample = described.example;
-    row.formerNames.assign(described.formerNames.begin(), described.formerNames.end());
-    row.isRequired = described.isRequired;
-    row.isForStart = described.isForStart;
-    row.isOpen = described.isOpen;
-    row.isOptional = described.isOptional;
-    row.isKeyed = !described.key.empty();
-    row.least = described.least;
-    row.most = described.most;
-    row.defaultCount = std::max<std::size_t>(described.defaults.size(), described.defaultCount);
-  }
-
   void addNames(const Row& row, Section& section) const {
-    std::vector<std::string> all = row.formerNames;
-    all.push_back(row.name);
+    std::vector<Text> all = row.formerNames;
+    all.emplace_back(row.name);
     for (const std::string& name : all) {
       if (!section.names.emplace(row.isSetting(), name).second) {
         fault("the name " + quoted(name) + " is used twice, former ones included");

@@ -62,8 +62,7 @@ std::vector<Occurrence> Reader::findElsewhere(const Level& level, std::size_t at
   std::vector<Occurrence> sources;
   const Row& row = *level.description.rows[at];
   if (request.takesEnvironment && !(row.variable.empty() && level.variablePrefix.empty())) {
-    const std::string name =
-        row.variable.empty() ? variableOf(level.variablePrefix, row.name) : row.variable;
+    const std::string name = variableOf(row, level.variablePrefix);
     if (const char* text = ::secure_getenv(name.c_str())) {
       const auto kept = variables.emplace("environment " + name, text).first;
       sources.emplace_back(kept->first, kept->second);

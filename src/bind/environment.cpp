@@ -5,21 +5,28 @@
 
 namespace service::util::config::bind::internal {
 
-std::string variableOf(const std::string& prefix, const std::string& name) {
-  if (prefix.empty()) return "";
+namespace {
+
+std::string extendedBy(std::string variable, const std::string& name) {
   const auto inCapitals = [](char c) {
     if (c >= 'a' && c <= 'z') return static_cast<char>(c - 'a' + 'A');
     return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') ? c : '_';
   };
-  std::string variable = prefix;
   std::transform(name.begin(), name.end(), std::back_inserter(variable), inCapitals);
   return variable;
+}
+
+}  // namespace
+
+std::string variableOf(const Entry& setting, const std::string& prefix) {
+  if (prefix.empty() || !setting.variable.empty()) return setting.variable;
+  return extendedBy(prefix, setting.name);
 }
 
 std::string prefixBelow(const Description& below, const std::string& prefix,
                         const std::string& name) {
   if (!below.variablePrefix.empty()) return below.variablePrefix;
-  return prefix.empty() ? "" : variableOf(prefix, name) + "_";
+  return prefix.empty() ? "" : extendedBy(prefix, name) + "_";
 }
 
 std::vector<std::string> variablesOf(const Description& description, const std::string& prefix) {
@@ -31,7 +38,7 @@ std::vector<std::string> variablesOf(const Description& description, const std::
         variables.push_back(std::move(variable));
       }
     } else if (row->isSetting()) {
-      auto variable = row->variable.empty() ? variableOf(prefix, row->name) : row->variable;
+      auto variable = variableOf(*row, prefix);
       if (!variable.empty()) variables.push_back(std::move(variable));
     }
   }

@@ -32,7 +32,8 @@ class Export {
                                       "Settings service::util::config::bind::Settings::of()",
                                       __LINE__, "more settings than a file can describe");
       }
-      exported.settings.push_back(describedBy(*row));
+      Said& said = exported.settings.emplace_back();
+      said = *row;
       exported.settings.back().path = extended(path, row->name);
       if (row->isSetting()) {
         addValue(*row, object, prefix);
@@ -48,19 +49,6 @@ class Export {
     const Description* description;
     std::string path;
   };
-
-  static Described describedBy(const Row& row) {
-    Described described;
-    described.form = row.form;
-    described.about = row.text;
-    described.isRequired = row.isRequired;
-    described.isForStart = row.isForStart;
-    described.isOptional = row.isOptional;
-    described.formerNames.assign(row.formerNames.begin(), row.formerNames.end());
-    described.least = row.least;
-    described.most = row.most;
-    return described;
-  }
 
   void addValue(const Row& row, const void* object, const std::string& prefix) {
     Described& described = exported.settings.back();
@@ -81,8 +69,7 @@ class Export {
       described.highest = print(rules, *rules.greatest);
     }
     addNames(rules.names, described);
-    described.example = row.sample;
-    described.variable = row.variable.empty() ? variableOf(prefix, row.name) : row.variable;
+    described.variable = variableOf(row, prefix);
     if (row.isRequired) return;
     if (rules.kind == Kind::SECRET) {
       if (row.isSeveral())
@@ -211,7 +198,7 @@ Names<Kind> names(Is<Kind> /*kind*/) {
 
 Fields describe(Is<Described> /*described*/) {
   return {field<&Described::path>("path").required(),
-          field<&Described::form>("form").required(),
+          field<&Described::form, Described>("form").required(),
           field<&Described::type>("type"),
           field<&Described::bits>("bits").range(0, 128),
           field<&Described::isSigned>("signed"),
@@ -224,19 +211,19 @@ Fields describe(Is<Described> /*described*/) {
           list<&Described::numbers>("number"),
           list<&Described::defaults>("default"),
           field<&Described::defaultCount>("defaultCount"),
-          field<&Described::isRequired>("required"),
-          field<&Described::isOptional>("optional"),
-          field<&Described::isForStart>("restart"),
-          field<&Described::least>("leastCount"),
-          field<&Described::most>("greatestCount"),
+          field<&Described::isRequired, Described>("required"),
+          field<&Described::isOptional, Described>("optional"),
+          field<&Described::isForStart, Described>("restart"),
+          field<&Described::least, Described>("leastCount"),
+          field<&Described::most, Described>("greatestCount"),
           field<&Described::key>("keyedBy"),
           field<&Described::like>("like"),
-          field<&Described::isOpen>("open"),
+          field<&Described::isOpen, Described>("open"),
           field<&Described::hasChecks>("checks"),
-          list<&Described::formerNames>("formerly"),
-          field<&Described::about>("about"),
-          field<&Described::example>("example"),
-          field<&Described::variable>("variable"),
+          list<&Described::formerNames, Described>("formerly"),
+          field<&Described::text, Described>("about"),
+          field<&Described::sample, Described>("example"),
+          field<&Described::variable, Described>("variable"),
           field<&Described::variablePrefix>("variablePrefix")};
 }
 

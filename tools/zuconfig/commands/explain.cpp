@@ -99,7 +99,7 @@ class Explanation {
   void printDescription(const Effective::Entry& entry) const {
     const Described& described = *entry.surveyed->described;
     heading(printable(entry.program->name) +
-            (described.about.empty() ? "" : ": " + printable(described.about)));
+            (described.text.empty() ? "" : ": " + printable(described.text)));
     for (const std::string& line : linesOf(described)) std::cout << "  " << line << "\n";
   }
 

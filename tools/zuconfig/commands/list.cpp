@@ -77,7 +77,7 @@ struct List {
       text += (&value == &described.defaults.front() ? "=" : ", ") + escaped(value);
     }
     std::string about = described.isRequired ? "required" : "";
-    if (!described.about.empty()) about += (about.empty() ? "" : ": ") + printable(described.about);
+    if (!described.text.empty()) about += (about.empty() ? "" : ": ") + printable(described.text);
     print(about.empty() ? text : text + "\t" + about);
   }
 

@@ -15,7 +15,7 @@ using service::util::config::report::nameOf;
 
 // What a setting is about, and what it may be.
 std::string inWords(const Described& described) {
-  std::string text = printable(described.about);
+  std::string text = printable(described.text);
   for (const std::string& line : linesOf(described)) text += (text.empty() ? "" : " · ") + line;
   return text;
 }

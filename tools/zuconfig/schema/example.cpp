@@ -18,7 +18,7 @@ using write::XmlPlace;
 
 // A value that is accepted, or nothing when only the program knows one.
 std::optional<std::string> sampleOf(const Described& described) {
-  if (!described.example.empty()) return described.example;
+  if (!described.sample.empty()) return described.sample;
   if (!described.defaults.empty()) return described.defaults.front();
   if (!described.lowest.empty()) return described.lowest;
   switch (*described.type) {
@@ -75,7 +75,7 @@ class Example {
       for (std::uint32_t i = 0; i < std::max(1U, described.least); ++i) {
         line(property(entry.name, *sample), true);
       }
-    } else if (described.example.empty() && !described.defaults.empty()) {
+    } else if (described.sample.empty() && !described.defaults.empty()) {
       for (const std::string& value : described.defaults) line(property(entry.name, value), false);
     } else {
       line(property(entry.name, sample.value_or("...")), false);
@@ -99,7 +99,7 @@ class Example {
   }
 
   void remark(const Described& described) {
-    if (!described.about.empty()) remark(printable(described.about));
+    if (!described.text.empty()) remark(printable(described.text));
     std::string text = formOf(described);
     if (described.isRequired) text += "; required";
     for (const std::string& more : remarksOn(described)) text += "; " + more;

@@ -30,7 +30,7 @@ std::string sentences(const Described& described) {
   const auto add = [&](const std::string& remark) {
     text += (text.empty() ? "" : " ") + capitalised(remark) + ".";
   };
-  if (!described.about.empty()) add(printable(described.about));
+  if (!described.text.empty()) add(printable(described.text));
   for (const std::string& remark : remarksOn(described)) add(remark);
   return text;
 }

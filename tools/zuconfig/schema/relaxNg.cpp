@@ -86,7 +86,7 @@ class Grammar {
   }
 
   static std::string remarkOn(const Described& described) {
-    std::string text = described.about.empty() ? "" : printable(described.about) + "; ";
+    std::string text = described.text.empty() ? "" : printable(described.text) + "; ";
     text += formOf(described);
     for (const std::string& remark : remarksOn(described)) text += "; " + remark;
     return text;

@@ -100,7 +100,7 @@ std::vector<std::string> linesOf(const Described& described) {
   };
   if (described.isRequired) lines.emplace_back("required");
   add("default: ", joined(described.defaults));
-  add("example: ", printable(described.example));
+  add("example: ", printable(described.sample));
   for (std::string& remark : remarksOn(described)) lines.push_back(std::move(remark));
   return lines;
 }

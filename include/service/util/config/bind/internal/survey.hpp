@@ -27,20 +27,27 @@ struct Ratio {
   std::int64_t denominator = 1;
 };
 
-// A setting, list or section, as the exported file has it.
-struct Described {
+// What is said of a setting, list or section, in the program and in the exported file alike.
+struct Said {
   bool isSetting() const { return form == Holder::SETTING || form == Holder::LIST; }
   bool isSeveral() const { return form == Holder::LIST || form == Holder::SECTIONS; }
 
-  std::string path;  // "broker.port"; sections that repeat are without an index
   Holder::Form form = Holder::SETTING;
-  Text about;
+  Text text;  // what it is about
+  std::vector<Text> formerNames;
   bool isRequired = false;
   bool isForStart = false;  // a change needs a restart
   bool isOptional = false;  // absent, it is nothing; without a default and not required
-  std::vector<Text> formerNames;
+  bool isOpen = false;      // of a section: what is not described is left alone
   std::uint32_t least = 0;  // of a list or sections: how many
   std::uint32_t most = UINT32_MAX;
+  Text sample;    // a value to show
+  Text variable;  // of the environment; in the file with its prefix
+};
+
+// One of them as the exported file has it.
+struct Described : Said {
+  std::string path;                // "broker.port"; sections that repeat are without an index
   std::uint32_t defaultCount = 0;  // where it is not that of defaults
 
   // Of settings and lists.
@@ -55,11 +62,8 @@ struct Described {
   std::vector<Text> names;             // of an enumeration
   std::vector<std::uint32_t> numbers;  // its values, as the position of their first name; or none
   std::vector<Text> defaults;          // of a setting at most one; none of a secret
-  Text example;
-  Text variable;  // of the environment, prefix and all
 
   // Of sections.
-  bool isOpen = false;
   bool hasChecks = false;  // across fields, which only the program can run
   Text key;                // the name of the setting below by which they are told apart
   Text variablePrefix;     // where it begins

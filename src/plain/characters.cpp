@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "cppUtil/internal/Character.hpp"
+
 namespace service::util::config::plain {
 
 namespace {
@@ -25,31 +27,17 @@ bool isContinuation(char byte) {
   return (static_cast<unsigned char>(byte) & 0xC0U) == 0x80;
 }
 
-// The number of bytes of a character, from the first one; 0 when none starts so.
-std::size_t utf8Length(unsigned char first) {
-  if (first < 0xC2) return 0;
-  if (first < 0xE0) return 2;
-  if (first < 0xF0) return 3;
-  return first < 0xF5 ? 4 : 0;
-}
-
-// The number of bytes of the character at the start of text; 0 when it is not plain.
+// The number of bytes of the character at the start of text, which is none of ASCII from the blank
+// on; 0 when it is not plain.
 std::size_t plainLength(std::string_view text) {
   const auto first = static_cast<unsigned char>(text[0]);
   if (first < 0x80) {
     const bool isLineEnd = first == '\n' || (first == '\r' && text.substr(1, 1) == "\n");
-    return first >= ' ' || first == '\t' || isLineEnd ? 1 : 0;
+    return first == '\t' || isLineEnd ? 1 : 0;
   }
-  const std::size_t length = utf8Length(first);
-  if (length == 0 || text.size() < length) return 0;
-  std::uint32_t character = first & (0x7FU >> length);
-  for (const char byte : text.substr(1, length - 1)) {
-    if (!isContinuation(byte)) return 0;
-    character = character << 6 | (static_cast<unsigned char>(byte) & 0x3FU);
-  }
-  constexpr std::uint32_t smallest[] = {0, 0, 0x80, 0x800, 0x10000};
-  const bool isCounted = character != 0x85 && character != 0x2028;
-  return character >= smallest[length] && isXmlCharacter(character) && isCounted ? length : 0;
+  const cppUtil::internal::Character character(text.data(), text.size());
+  const bool isCounted = character.code != 0x85 && character.code != 0x2028;
+  return isXmlCharacter(character.code) && isCounted ? character.length : 0;
 }
 
 }  // namespace
@@ -65,7 +53,8 @@ Characters charactersOf(std::string_view bytes) {
     const std::size_t blockEnd = std::min(i + blockSize, bytes.size());
     if (blockEnd == i + blockSize && isSimple(&bytes[i])) i = blockEnd;
     while (i < blockEnd) {
-      const std::size_t length = plainLength(bytes.substr(i));
+      const bool isUsual = static_cast<signed char>(bytes[i]) >= ' ';
+      const std::size_t length = isUsual ? 1 : plainLength(bytes.substr(i));
       if (length == 0) return Characters::NOT_PLAIN;
       if (length > 1) result = Characters::UTF_8;
       i += length;

@@ -19,9 +19,7 @@ struct Check {
   static constexpr const char* summary = "Print all that is wrong with configuration files";
 
   void define(CLI::App& command) {
-    load.validate = true;
-    load.defineDirectories(command);
-    load.defineSchemas(command);
+    load.defineForChecks(command);
     command.add_flag("--validate,!--no-validate", load.validate,
                      "Check against the grammar, which is the default, or leave that out");
     command.add_option("--format", format, "text (the default), json or sarif")

@@ -15,9 +15,7 @@ struct Page {
   static constexpr const char* summary = "Print a page for browsers that shows everything";
 
   void define(CLI::App& command) {
-    load.validate = true;
-    load.defineDirectories(command);
-    load.defineSchemas(command);
+    load.defineForChecks(command);
     programs.define(command);
     command.add_flag("--check", isCheck, "Answer 1 when there are errors");
     defineFile(command, file);

@@ -2,7 +2,6 @@
 
 #include <unistd.h>
 
-#include <CLI/CLI.hpp>
 #include <iostream>
 #include <stdexcept>
 #include <unordered_map>
@@ -81,30 +80,6 @@ std::string withoutLineBreakAtEnd(std::string text) {
 }
 
 }  // namespace
-
-void LoadOptions::defineDirectories(CLI::App& command) {
-  command.add_option("-I", directories, "Look for files in DIR before the search path; repeatable")
-      ->type_name("DIR")
-      ->allow_extra_args(false);
-}
-
-void LoadOptions::define(CLI::App& command) {
-  defineDirectories(command);
-  command.add_flag("--validate", validate, "Check every file against the grammar");
-  defineSchemas(command);
-}
-
-void LoadOptions::defineSchemas(CLI::App& command) {
-  command
-      .add_option("--schema", schemas,
-                  "Validate elements of the namespace NS with the schema at LOCATION; repeatable")
-      ->type_name("NS=LOCATION")
-      ->allow_extra_args(false);
-}
-
-void defineFile(CLI::App& command, std::string& file) {
-  command.add_option("FILE", file, "A configuration file; - is standard input")->required();
-}
 
 Loader::Loader(const LoadOptions& options)
     : validate(options.validate || !options.schemas.empty()) {

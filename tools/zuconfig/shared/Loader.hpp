@@ -1,4 +1,4 @@
-// Loads configuration files for the sub-commands, with the options that all of them share.
+// Loads configuration files for the sub-commands.
 #ifndef TOOLS_ZUCONFIG_SHARED_LOADER_HPP
 #define TOOLS_ZUCONFIG_SHARED_LOADER_HPP
 
@@ -15,29 +15,13 @@
 #include "service/util/config/xml/create.hpp"
 #include "shared/FileNames.hpp"
 #include "shared/Spool.hpp"
+#include "shared/options.hpp"
 #include "shared/searchPath.hpp"
-
-namespace CLI {
-class App;  // its header takes seconds to compile
-}
 
 namespace zuconfig {
 
 using service::util::config::IConfigPtr;
 using service::util::config::xml::Origins;
-
-struct LoadOptions {
-  void define(CLI::App& command);
-  void defineDirectories(CLI::App& command);
-  void defineSchemas(CLI::App& command);
-
-  std::vector<std::string> directories;  // put before the search path, the first one foremost
-  bool validate = false;
-  std::vector<std::string> schemas;  // NAMESPACE=LOCATION, each; any switches on validation
-};
-
-// Declares the argument FILE, a name for Loader::load.
-void defineFile(CLI::App& command, std::string& file);
 
 class Loader {
  public:

@@ -1,6 +1,5 @@
 #include "shared/Programs.hpp"
 
-#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <cstdlib>
 #include <filesystem>
@@ -86,27 +85,6 @@ Settings loaded(const std::string& program) {
 }
 
 }  // namespace
-
-void ProgramOptions::define(CLI::App& command) {
-  auto* option =
-      command
-          .add_option("--for", programs,
-                      "Judge by the settings of PROGRAM, and show no secrets: a name, or "
-                      "the file that describes them; several with commas")
-          ->type_name("PROGRAM")
-          ->delimiter(',')
-          ->allow_extra_args(false);
-  command.add_flag("--show-secrets", showSecrets, "Show them nevertheless")->needs(option);
-}
-
-void ProgramOptions::defineSet(CLI::App& command) {
-  command
-      .add_option("--set", assignments,
-                  "Let a setting have a value, as from the program's command line; repeatable")
-      ->type_name("PATH=VALUE")
-      ->allow_extra_args(false)
-      ->needs(command.get_option("--for"));
-}
 
 bool isSecret(const Described& described) {
   return described.type == Kind::SECRET;

@@ -7,10 +7,7 @@
 #include <vector>
 
 #include "service/util/config/bind/internal/survey.hpp"
-
-namespace CLI {
-class App;  // its header takes seconds to compile
-}
+#include "shared/options.hpp"
 
 namespace zuconfig {
 
@@ -22,16 +19,6 @@ using service::util::config::bind::internal::Survey;
 using service::util::config::bind::internal::Surveyed;
 using service::util::config::xml::Origins;
 using service::util::config::xml::Problem;
-
-struct ProgramOptions {
-  void define(CLI::App& command);
-  // For what a program would take from its command line.
-  void defineSet(CLI::App& command);
-
-  std::vector<std::string> programs;  // names, or paths of files
-  std::vector<std::string> assignments;
-  bool showSecrets = false;
-};
 
 struct Program {
   std::string name;

@@ -1,3 +1,6 @@
+#include <unordered_map>
+#include <unordered_set>
+
 #include "page/html.hpp"
 #include "page/sections.hpp"
 #include "report/ProblemText.hpp"
@@ -25,8 +28,11 @@ constexpr std::size_t mostOpenValues = 1000;  // of more, the sections are close
 class TreeWriter : public Visitor {
  public:
   TreeWriter(std::ostream& out, const Subject& subject) : out(out), subject(subject) {
+    std::unordered_set<std::string> known;
+    std::size_t number = 0;
     for (const auto& file : subject.origins.getFiles()) {
-      if (!firstReadings.emplace(file.path, &file).second) isReadAgain = true;
+      if (!known.insert(file.path).second) readAgain.emplace(&file, number);
+      ++number;
     }
   }
 
@@ -62,14 +68,9 @@ class TreeWriter : public Visitor {
  private:
   // Of a file that is read several times, which reading it was, unless it was the first.
   std::string readingOf(const Origins::Origin& origin) const {
-    if (!isReadAgain || origin.file == nullptr) return "";
-    if (firstReadings.at(origin.file->path) == origin.file) return "";
-    std::size_t number = 0;
-    for (const auto& file : subject.origins.getFiles()) {
-      if (&file == origin.file) break;
-      ++number;
-    }
-    return " data-reading=\"" + std::to_string(number) + "\"";
+    const auto found = readAgain.find(origin.file);
+    if (found == readAgain.end()) return "";
+    return " data-reading=\"" + std::to_string(found->second) + "\"";
   }
 
   void writeRemarks(const Origins::Origin& origin) const {
@@ -83,8 +84,7 @@ class TreeWriter : public Visitor {
 
   std::ostream& out;
   const Subject& subject;
-  std::unordered_map<std::string, const Origins::File*> firstReadings;
-  bool isReadAgain = false;
+  std::unordered_map<const Origins::File*, std::size_t> readAgain;  // and their numbers
 };
 
 }  // namespace

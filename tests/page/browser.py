@@ -3,6 +3,7 @@ import json
 import re
 import shutil
 import subprocess
+import urllib.error
 import urllib.request
 
 FLAGS = ["--headless", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
@@ -31,8 +32,11 @@ class Browser:
     def post(self, command, body):
         request = urllib.request.Request(self.address + command, json.dumps(body).encode(),
                                          {"Content-Type": "application/json"})
-        with urllib.request.urlopen(request) as answer:
-            return json.load(answer)["value"]
+        try:
+            with urllib.request.urlopen(request) as answer:
+                return json.load(answer)["value"]
+        except urllib.error.HTTPError as e:
+            raise RuntimeError(json.load(e)["value"]["message"]) from None
 
     def open(self, url):
         self.post("/url", {"url": "about:blank"})  # or else another anchor would load nothing
@@ -40,6 +44,9 @@ class Browser:
 
     def run(self, script):
         return self.post("/execute/sync", {"script": "return " + script, "args": []})
+
+    def do(self, command, **parameters):
+        self.post("/goog/cdp/execute", {"cmd": command, "params": parameters})
 
     def press(self, *keys):
         actions = [{"type": kind, "value": key} for key in keys for kind in ("keyDown", "keyUp")]

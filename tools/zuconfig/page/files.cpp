@@ -40,7 +40,7 @@ class FilesWriter {
       const std::string reason = whyNoDirectory(entry.directory);
       out << "<li><code>" << inHtml(shownDirectory(entry.directory)) << "</code> <small>"
           << inHtml(entry.source) << (reason.empty() ? "" : ", ") << reason << "</small>\n<ul>\n";
-      writeFound([&](const Node& node) { return node.directory == entry.directory; });
+      writeFound([&](const Node& node) { return isFoundIn(entry, node); });
       writeShadowed(entry.directory);
       out << "</ul>\n";
     }
@@ -52,10 +52,13 @@ class FilesWriter {
   }
 
  private:
+  static bool isFoundIn(const PathEntry& entry, const Node& node) {
+    return node.name[0] != '/' && node.directory == entry.directory;
+  }
+
   bool isOnPath(const Node& node) const {
-    return node.name[0] != '/' &&
-           std::any_of(path.begin(), path.end(),
-                       [&](const PathEntry& entry) { return entry.directory == node.directory; });
+    return std::any_of(path.begin(), path.end(),
+                       [&](const PathEntry& entry) { return isFoundIn(entry, node); });
   }
 
   void writeFile(std::size_t number) const {
@@ -80,7 +83,7 @@ class FilesWriter {
   std::string whereFound(const Node& node) const {
     if (node.name[0] == '/') return "named with its directory, not searched for";
     for (const PathEntry& entry : path) {
-      if (entry.directory == node.directory) {
+      if (isFoundIn(entry, node)) {
         return "found in " + shownDirectory(entry.directory) + " (" + entry.source + ")";
       }
     }

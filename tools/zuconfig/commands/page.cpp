@@ -96,7 +96,7 @@ struct Page {
     for (const ListedFile& listed : subject.files) {
       out << "<option>" << inHtml(listed.name) << "</option>";
     }
-    out << "</select></form>\n<p id=\"-status\" role=\"status\"></p>\n"
+    out << "</select><p id=\"-status\" role=\"status\"></p></form>\n"
            "<ol id=\"-results\" hidden></ol>\n";
   }
 

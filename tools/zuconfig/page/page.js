@@ -58,8 +58,8 @@ function find() {
       entry.place.startsWith(file));
   results.replaceChildren(...found.slice(0, mostResults).map(({id, value, place}) => {
     const isSection = id.endsWith('.');
-    return element('li', '', element('small', place), linkTo(id),
-                   ...(isSection ? [] : [' = ', element('bdi', value)]));
+    return element('li', '', linkTo(id), ...(isSection ? [] : [' = ', element('bdi', value)]),
+                   element('small', place));
   }));
   message.textContent = (found.length === 0 ? 'nothing' : found.length) + ' found' +
       (index.length < rows.length ? ' so far' : '') +
@@ -94,7 +94,7 @@ async function copy(text) {
     await navigator.clipboard.writeText(text);
     message.textContent = 'copied: ' + text;
   } catch {
-    message.textContent = text;  // not allowed here: it can be selected at least
+    message.textContent = 'selector: ' + text;  // not allowed here: it can be selected at least
   }
 }
 

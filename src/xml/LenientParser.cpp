@@ -1,7 +1,6 @@
 #include "xml/LenientParser.hpp"
 
 #include <algorithm>
-#include <tuple>
 #include <xercesc/framework/XMLErrorCodes.hpp>
 #include <xercesc/framework/XMLValidityCodes.hpp>
 #include <xercesc/internal/XMLScanner.hpp>
@@ -111,7 +110,7 @@ const xercesc::DOMDocument* LenientParser::parseLeniently(const std::string& pat
 }
 
 Location LenientParser::locationOf(const xercesc::DOMElement& element) {
-  const xerces::Position position = positionOf(&element);
+  const Position position = positionOf(&element);
   return {getFileName(), position.line, position.column};
 }
 
@@ -155,11 +154,10 @@ void LenientParser::error(unsigned int code, const XMLCh* domain, ErrTypes type,
 void LenientParser::explainOpenTag(Fault& fault, unsigned int code) {
   if (code != XMLErrs::ExpectedEndOfTagX && code != XMLErrs::EndedWithTagsOnStack) return;
   if (open.empty()) return;
-  const xerces::Position place = open.back().position;
+  const Position place = open.back().position;
   fault.message += ": the start tag in line " + std::to_string(place.line) + " is still open";
   const auto isInside = [&](const Fault& other) {
-    return other.kind == Fault::INVALID && std::tie(other.location.line, other.location.column) >
-                                               std::tie(place.line, place.column);
+    return other.kind == Fault::INVALID && place < other.position();
   };
   faults.erase(std::remove_if(faults.begin(), faults.end(), isInside), faults.end());
 }
@@ -169,10 +167,10 @@ bool LenientParser::followsFromUnknownElement(const Fault& fault, unsigned int c
   switch (code) {
     case xercesc::XMLValid::ElementNotDefined:
       unknownElements.insert(fault.subject);
-      lastUnknown = fault.location;
+      lastUnknown = fault.position();
       return false;
     case xercesc::XMLValid::AttNotDefinedForElement:
-      return fault.location.line == lastUnknown.line && fault.location.column == lastUnknown.column;
+      return fault.position() == lastUnknown;
     case xercesc::XMLValid::ElementNotValidForContent:
       return unknownElements.count(fault.subject) > 0;
     default:
@@ -184,7 +182,7 @@ void LenientParser::parseFile(const std::string& name) {
   try {
     DocumentParser::parseFile(name);
   } catch (const xerces::LocatedException& e) {
-    const xerces::Position at = e.getPosition();
+    const Position at = e.getPosition();
     faults.push_back({Fault::REFUSED, e.getReason(), {e.getFile(), at.line, at.column}});
   } catch (const xerces::Exception& e) {
     faults.push_back(refusal(name, e.what()));

@@ -21,6 +21,8 @@ class LenientParser : public DocumentParser {
     std::string message;
     Location location;
     std::string subject = {};  // the name that an invalid document is wrong about
+
+    Position position() const { return {location.line, location.column}; }
   };
 
   using DocumentParser::DocumentParser;
@@ -53,7 +55,7 @@ class LenientParser : public DocumentParser {
  private:
   struct Open {
     const xercesc::DOMNode* element;
-    xerces::Position position;
+    Position position;
   };
 
   void explainOpenTag(Fault& fault, unsigned int code);
@@ -61,7 +63,7 @@ class LenientParser : public DocumentParser {
 
   std::vector<Fault> faults;
   std::unordered_set<std::string> unknownElements;         // that were reported
-  Location lastUnknown;                                    // of the last such report
+  Position lastUnknown;                                    // of the last such report
   std::vector<Open> open;                                  // elements, outermost first
   std::unordered_set<const xercesc::DOMNode*> unfinished;  // those that stayed open
 };

@@ -2,7 +2,6 @@
 
 #include <algorithm>
 #include <set>
-#include <tuple>
 #include <unordered_set>
 #include <xercesc/dom/DOM.hpp>
 #include <xercesc/framework/XMLGrammarPoolImpl.hpp>
@@ -68,16 +67,13 @@ class DocumentCheck {
       findings.parents.emplace_back();
     }
     const auto byPlace = [](const Problem& a, const Problem& b) {
-      return std::tie(a.location.line, a.location.column) <
-             std::tie(b.location.line, b.location.column);
+      return positionOf(a.location) < positionOf(b.location);
     };
     std::stable_sort(findings.problems.begin(), findings.problems.end(), byPlace);
     return std::move(findings);
   }
 
  private:
-  using Place = std::pair<int, int>;
-
   static bool isConfig(const DOMElement& root) {
     return xercesc::XMLString::equals(root.getLocalName(), names::config.c_str());
   }
@@ -85,10 +81,10 @@ class DocumentCheck {
   void addFaults(const DOMElement* root) {
     const bool isForeign = validate && root != nullptr && !isInKnownNamespace(*root, schemes);
     const bool isWrongRoot = root != nullptr && !isConfig(*root);
-    const Place rootPlace = root == nullptr ? Place() : placeOf(parser.locationOf(*root));
+    const Position rootPlace = root == nullptr ? Position() : positionOf(*root);
     for (const Fault& fault : parser.getFaults()) {
       // What is invalid because the root or its namespace is wrong, is not told besides that.
-      const bool follows = isForeign || (isWrongRoot && placeOf(fault.location) == rootPlace);
+      const bool follows = isForeign || (isWrongRoot && fault.position() == rootPlace);
       if (fault.kind != Fault::INVALID || !follows) addFault(fault);
     }
     if (!isForeign) return;
@@ -108,7 +104,7 @@ class DocumentCheck {
       case Fault::WARNING:
         return addAs(Severity::WARNING, "xml");
       case Fault::INVALID:
-        invalidPlaces.insert(placeOf(fault.location));
+        invalidPlaces.insert(fault.position());
         return addAs(Severity::ERROR, "invalid");
       case Fault::NOT_WELL_FORMED:
         return addAs(Severity::ERROR, "not-well-formed");
@@ -234,15 +230,11 @@ class DocumentCheck {
 
   // Whether validation has found fault with the start tag of element.
   bool isReportedInvalid(const DOMElement& element) {
-    return invalidPlaces.count(placeOf(parser.locationOf(element))) > 0;
+    return invalidPlaces.count(positionOf(element)) > 0;
   }
 
-  static Place placeOf(const Location& location) { return {location.line, location.column}; }
-
-  cppUtil::internal::Position positionOf(const DOMElement& element) {
-    const Location location = parser.locationOf(element);
-    return {location.line, location.column};
-  }
+  static Position positionOf(const Location& location) { return {location.line, location.column}; }
+  Position positionOf(const DOMElement& element) { return positionOf(parser.locationOf(element)); }
 
   void add(const DOMElement& element, const char* rule, const std::string& message,
            Severity severity = Severity::ERROR, const std::string& subject = "") {
@@ -252,7 +244,7 @@ class DocumentCheck {
   LenientParser& parser;
   const SchemeList& schemes;
   bool validate;
-  std::set<Place> invalidPlaces;
+  std::set<Position> invalidPlaces;
   DocumentFindings findings;
 };
 

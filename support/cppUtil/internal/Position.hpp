@@ -14,6 +14,11 @@ inline bool operator==(const Position& a, const Position& b) {
   return a.line == b.line && a.column == b.column;
 }
 
+// Whether a comes first in the file.
+inline bool operator<(const Position& a, const Position& b) {
+  return a.line != b.line ? a.line < b.line : a.column < b.column;
+}
+
 }  // namespace cppUtil::internal
 
 #endif

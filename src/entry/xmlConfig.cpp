@@ -52,6 +52,16 @@ bool isPlainOff() {
   return setting != nullptr && std::strcmp(setting, "off") == 0;
 }
 
+// Opens the part that reads the file, which is not plain.
+void requireXmlPart(const std::string& fileName) {
+  try {
+    internal::xmlPart();
+  } catch (Exception& e) {
+    e << "; needed for \"" << fileName << "\"";
+    throw;
+  }
+}
+
 IConfigPtr createObserved(const std::string& file, const SchemeList& schemes, bool validate,
                           Observer* observer) {
   return guarded({unit, createSignature, __LINE__}, [&] {
@@ -90,9 +100,10 @@ struct XmlConfigParser::Load : internal::Load {
     });
   }
 
-  // For the files that are not plain.
-  XmlReader& xmlReader() {
+  // For the file, which is not plain, and for further ones.
+  XmlReader& xmlReader(const std::string& fileName) {
     if (reader == nullptr) {
+      requireXmlPart(fileName);
       guarded({unit, createSignature, __LINE__}, [&] {
         if (!xml) xml.emplace();
         reader = (*xml)->makeReader(parser.schemes, parser.validate);
@@ -148,7 +159,7 @@ void XmlConfigParser::parse(const IConfigPtr& config, const std::string& fileNam
     if (running.triesPlain && !(validate && !schemes.empty())) {
       document = plain::readFile(fileName, validate);
     }
-    if (!document) return running.xmlReader().read(running, config, fileName);
+    if (!document) return running.xmlReader(fileName).read(running, config, fileName);
     guarded({unit, parseSignature, __LINE__}, [&] {
       Walk<plain::Element>(running).parseConfig(config, {*document, fileName, 0});
     });

@@ -5,11 +5,7 @@
 
 #include <gtest/gtest.h>
 
-#include <fcntl.h>
 #include <poll.h>
-#include <sys/resource.h>
-
-#include <sstream>
 
 #include "TemporaryFolder.hpp"
 #include "cppUtil/err/Exception.hpp"
@@ -28,83 +24,87 @@ struct DrivenClock : live::Clock {
   std::chrono::nanoseconds time{0};
 };
 
-// While it lives, the process gets so many descriptors more, and then no further one.
-class FewDescriptors {
- public:
-  explicit FewDescriptors(int more) {
-    ::getrlimit(RLIMIT_NOFILE, &before);
-    const int next = ::open("/", O_RDONLY);
-    ::close(next);
-    const rlimit few = {static_cast<rlim_t>(next + more), before.rlim_max};
-    ::setrlimit(RLIMIT_NOFILE, &few);
+// The code and the message of what a call throws.
+template <class Call>
+std::string failure(const Call& call) {
+  try {
+    call();
+  } catch (const cppUtil::err::Exception& e) {
+    return std::to_string(e.getCode()) + " " + e.getMessage();
   }
-  ~FewDescriptors() { ::setrlimit(RLIMIT_NOFILE, &before); }
-
- private:
-  rlimit before{};
-};
-
-inline std::string asFile(const std::string& content) {
-  return "<config xmlns='urn:zu:util:config' name='n' version='1'>\n" + content + "\n</config>\n";
+  return "none";
 }
+
 inline std::string property(const std::string& name, const std::string& value) {
   return "<property name='" + name + "'>" + value + "</property>";
 }
 
 class Folder : public TemporaryFolder {
  public:
-  // In front of the search path are the directories early, which is not there, and site.
-  Folder() { setSearchPath({path / "early", path / "site"}); }
+  // It is the current directory, and the search path has the directories early, which is not there,
+  // site, and it.
+  Folder() {
+    std::filesystem::current_path(path);
+    setSearchPath({path / "early", path / "site", ""});
+  }
 
   void put(const std::string& name, const std::string& content) const {
-    write(name, asFile(content));
+    write(name,
+          "<config xmlns='urn:zu:util:config' name='n' version='1'>\n" + content + "\n</config>\n");
   }
   void shell(const std::string& command) const {
-    ASSERT_EQ(std::system(("cd " + path.string() + " && " + command).c_str()), 0) << command;
+    ASSERT_EQ(std::system(command.c_str()), 0) << command;
   }
 
-  std::string shown(const xml::Location& at) const {
+  // As text, with the files of this folder relative to it, or to site.
+  static std::string textOf(const xml::Location& at) {
     if (at.file.empty()) return "default";
-    const std::string start = path.string() + "/";
-    const std::string file = at.file.rfind(start, 0) == 0 ? at.file.substr(start.size()) : at.file;
-    return at.line > 0 ? file + ":" + std::to_string(at.line) : file;
+    return at.line > 0 ? at.file + ":" + std::to_string(at.line) : at.file;
   }
-
   std::string shown(const live::Change& change) const {
-    return change.path + ": " +
-           (change.before ? *change.before + " (" + shown(change.beforeLocation) + ")" : "none") +
-           " -> " +
-           (change.after ? *change.after + " (" + shown(change.afterLocation) + ")" : "none") +
-           (change.needsRestart ? " at restart" : "");
+    const auto side = [](const std::optional<std::string>& value, const xml::Location& at) {
+      return value ? *value + " (" + textOf(at) + ")" : "none";
+    };
+    return relative(change.path + ": " + side(change.before, change.beforeLocation) + " -> " +
+                    side(change.after, change.afterLocation) +
+                    (change.needsRestart ? " at restart" : ""));
   }
-
   std::string shown(const std::vector<xml::Problem>& problems) const {
     std::string text;
     for (const auto& problem : problems) {
-      text += "\n" + shown(problem.location) + ": " + problem.message + " [" + problem.rule + "]";
+      text += "\n" + textOf(problem.location) + ": " + problem.message + " [" + problem.rule + "]";
     }
-    return text;
+    return relative(text);
   }
-
-  template <class Result>
-  std::string shown(const Result& result) const {
+  std::string shown(const live::internal::Result& result) const {
     const char* outcomes[] = {"UNCHANGED", "CHANGED", "REFUSED"};
     std::string text = outcomes[result.outcome];
     for (const auto& change : result.changes) text += "\n" + shown(change);
     return text + shown(result.problems);
   }
-};
 
-// The options of Live with a clock of the test's.
-template <class Live>
-typename Live::Options drivenBy(const std::shared_ptr<DrivenClock>& clock) {
-  typename Live::Options options;
-  options.get().get().clock = clock;
-  return options;
-}
+ private:
+  std::string relative(std::string text) const {
+    for (const std::string& start :
+         {path.string() + "/site/", path.string() + "/", path.string()}) {
+      for (std::size_t at = 0; (at = text.find(start)) != text.npos;) text.erase(at, start.size());
+    }
+    return text;
+  }
+};
 
 class LiveTest : public testing::Test {
  protected:
+  void put(const std::string& content) const { folder.put("site/main.xml", content); }
+
+  // With a clock that is driven.
+  template <class Live>
+  typename Live::Options options() const {
+    typename Live::Options options;
+    options.get().get().clock = clock;
+    return options;
+  }
+
   // What is told when all has come to rest; at once, since only the clock waits. The first step is
   // for what was written less than 20 ms ago.
   template <class Live>

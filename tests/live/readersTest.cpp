@@ -17,14 +17,9 @@ bind::Fields describe(bind::Is<Pair> /*type*/) {
 }
 
 TEST_F(LiveTest, EightReadersSeeWholeSnapshotsAndTheLastOne) {
-  const auto put = [&](int value) {
-    folder.put("site/main.xml", property("first", std::to_string(value)) +
-                                    property("second", std::to_string(value)));
-  };
-  put(0);
   using Followed = Live<Pair>;
-  auto live =
-      std::make_unique<Followed>("main.xml", xml::SchemeList(), false, drivenBy<Followed>(clock));
+  put("");
+  auto live = std::make_unique<Followed>("main.xml", xml::SchemeList(), false, options<Followed>());
   constexpr int last = 50;
   std::atomic<int> ready{0};
   std::vector<std::thread> threads;
@@ -41,7 +36,7 @@ TEST_F(LiveTest, EightReadersSeeWholeSnapshotsAndTheLastOne) {
   }
   while (ready < 8) std::this_thread::yield();
   for (int i = 1; i <= last; ++i) {
-    put(i);
+    put(property("first", std::to_string(i)) + property("second", std::to_string(i)));
     ASSERT_EQ(next(*live).substr(0, 7), "CHANGED");
   }
   for (std::thread& thread : threads) thread.join();

@@ -1,5 +1,6 @@
 #include "shared/Effective.hpp"
 
+#include <algorithm>
 #include <iostream>
 
 #include "service/util/config/internal/Config.hpp"
@@ -79,6 +80,8 @@ void Effective::addValues(const Surveyed& surveyed) {
   if (texts.empty()) {
     texts.assign(surveyed.described->defaults.begin(), surveyed.described->defaults.end());
   }
+  // A configuration holds no empty text; an empty default, say, is none to it.
+  texts.erase(std::remove(texts.begin(), texts.end(), ""), texts.end());
   if (texts.empty()) return;
   const Pattern path(surveyed.path, Wanted::PROPERTIES);
   const IConfigPtr parent = sectionFor(path.parts, path.parts.size() - 1);

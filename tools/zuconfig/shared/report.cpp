@@ -75,10 +75,12 @@ json sarifLocation(const Range& range, const FileNames& names) {
 }
 
 json sarifResult(const Finding& finding, const FileNames& names, SourceText& source) {
+  const bool isInFile = finding.range.file != "command line";
+  const std::string giver = isInFile ? "" : finding.range.file + ": ";
   json result = {{"ruleId", finding.problem.rule},
                  {"level", nameOf(finding.problem.severity)},
-                 {"message", {{"text", finding.problem.message}}},
-                 {"locations", json::array({sarifLocation(finding.range, names)})}};
+                 {"message", {{"text", giver + finding.problem.message}}}};
+  if (isInFile) result["locations"] = json::array({sarifLocation(finding.range, names)});
   for (const Location& include : finding.problem.includes) {
     json location = sarifLocation(source.rangeOf(include), names);
     location["message"] = {{"text", "included from here"}};

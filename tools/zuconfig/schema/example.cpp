@@ -19,7 +19,8 @@ using write::XmlPlace;
 // A value that is accepted, or nothing when only the program knows one.
 std::optional<std::string> sampleOf(const Described& described) {
   if (!described.sample.empty()) return described.sample;
-  if (!described.defaults.empty()) return described.defaults.front();
+  const auto& defaults = described.defaults;
+  if (!defaults.empty() && !defaults.front().empty()) return defaults.front();
   if (!described.lowest.empty()) return described.lowest;
   switch (*described.type) {
     case Kind::BOOLEAN:
@@ -58,25 +59,28 @@ class Example {
     for (const Entry* entry : section.entries) {
       if (entry != section.entries.front()) out << "\n";
       if (entry->described->isSetting()) {
-        writeSetting(*entry, isInForce);
+        const bool isKey = section.described != nullptr && section.described->key == entry->name;
+        writeSetting(*entry, isInForce, isKey || entry->described->isRequired);
       } else {
         writeSection(*entry, isInForce);
       }
     }
   }
 
-  void writeSetting(const Entry& entry, bool isInForce) {
+  void writeSetting(const Entry& entry, bool isInForce, bool isRequired) {
     const Described& described = *entry.described;
-    remark(described);
+    remark(described, isRequired);
     const auto sample = sampleOf(described);
-    const bool isNeeded = isInForce && (described.isRequired || described.least > 0);
+    const bool isNeeded = isInForce && (isRequired || described.least > 0);
     if (isNeeded && !sample) unknown.push_back(described.path);
     if (isNeeded && sample) {
       for (std::uint32_t i = 0; i < std::max(1U, described.least); ++i) {
         line(property(entry.name, *sample), true);
       }
     } else if (described.sample.empty() && !described.defaults.empty()) {
-      for (const std::string& value : described.defaults) line(property(entry.name, value), false);
+      for (const std::string& value : described.defaults) {  // no file can have an empty one
+        line(property(entry.name, value.empty() ? "..." : value), false);
+      }
     } else {
       line(property(entry.name, sample.value_or("...")), false);
     }
@@ -84,7 +88,7 @@ class Example {
 
   void writeSection(const Entry& entry, bool isInForce) {
     const Described& described = *entry.described;
-    remark(described);
+    remark(described, described.isRequired);
     const bool isPlain = described.form == Holder::SECTION && !described.isOptional;
     const bool isNeeded = isInForce && (isPlain || described.isRequired || described.least > 0);
     const std::uint32_t count = isNeeded ? std::max(1U, described.least) : 1;
@@ -98,10 +102,10 @@ class Example {
     }
   }
 
-  void remark(const Described& described) {
+  void remark(const Described& described, bool isRequired) {
     if (!described.text.empty()) remark(printable(described.text));
     std::string text = formOf(described);
-    if (described.isRequired) text += "; required";
+    if (isRequired) text += "; required";
     for (const std::string& more : remarksOn(described)) text += "; " + more;
     if (text != "section") remark(text);
   }

@@ -7,6 +7,8 @@
 
 #include <poll.h>
 
+#include <thread>
+
 #include "TemporaryFolder.hpp"
 #include "cppUtil/err/Exception.hpp"
 #include "live/Choices.hpp"
@@ -96,6 +98,9 @@ class Folder : public TemporaryFolder {
 class LiveTest : public testing::Test {
  protected:
   void put(const std::string& content) const { folder.put("site/main.xml", content); }
+
+  // What was written is no longer so new that it is read again for that alone.
+  static void age() { std::this_thread::sleep_for(live::Places::newness); }
 
   // With a clock that is driven.
   template <class Live>

@@ -6,7 +6,6 @@
 #include <unistd.h>
 
 #include <fstream>
-#include <thread>
 
 #include "Follow.hpp"
 
@@ -89,8 +88,6 @@ class FilesTest : public LiveTest {
     age();
   }
 
-  // What was written is no longer so new that it is read again for that alone.
-  static void age() { std::this_thread::sleep_for(live::Places::newness); }
   void setSpeed(int speed) const { put(property("speed", std::to_string(speed))); }
   static std::string told(int before, int now) {
     return "CHANGED\nspeed: " + std::to_string(before) + " (main.xml:2) -> " + std::to_string(now) +

@@ -8,7 +8,6 @@
 //   void readText(std::string&) const       its text; throws when there is none
 //   Position position() const               line 0 and column 0 for an empty tag
 //   std::string file() const                that it stands in; empty for an empty tag
-//   void fail(const char* reason) const     throws, with its place
 //   Children(element).forEach(kind, step)   its children of that kind, in document order
 // What it throws is derived from std::exception and translated here.
 #ifndef SRC_LOAD_WALK_HPP
@@ -16,6 +15,7 @@
 
 #include <cutil/cutil.h>
 
+#include <stdexcept>
 #include <string>
 
 #include "cppUtil/err/Exception.hpp"
@@ -79,14 +79,11 @@ class Walk {
       const std::string path = locator::ConfigLocator::find(text);
       if (load.events != nullptr) load.events->lookedUp(text, path, element.position());
       if (path.empty()) {
-        const Position position = element.position();
         // The double blank before "included" is part of the message.
         throw Exception(CU_FILE_NOT_FOUND, 0, unit, parseIncludeSignature, __LINE__, "")
-            << "XMLParser: in file \"" << element.file() << "\" at line " << position.line
-            << " at column " << position.column << ":  included configuration file '" << text
-            << "' not found!";
+            << placeOf(element) << " included configuration file '" << text << "' not found!";
       }
-      if (!load.countFile()) element.fail("too many files!");
+      if (!load.countFile()) fail(element, "too many files!");
       load.read(config, text, path);
     });
   }
@@ -117,7 +114,18 @@ class Walk {
 
   void requireStack(const Element& element, std::size_t bytes) const {
     if (load.hasStack(bytes)) return;
-    element.fail("files or sections nested too deeply for the stack!");
+    fail(element, "files or sections nested too deeply for the stack!");
+  }
+
+  [[noreturn]] static void fail(const Element& element, const char* reason) {
+    throw std::runtime_error(placeOf(element) + reason);
+  }
+
+  // What a failure at the element begins with.
+  static std::string placeOf(const Element& element) {
+    const Position position = element.position();
+    return "XMLParser: in file \"" + element.file() + "\" at line " +
+           std::to_string(position.line) + " at column " + std::to_string(position.column) + ": ";
   }
 
   Load& load;

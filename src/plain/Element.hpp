@@ -3,7 +3,6 @@
 #define SRC_PLAIN_ELEMENT_HPP
 
 #include <cstddef>
-#include <stdexcept>
 #include <string>
 
 #include "load/LoadEvents.hpp"
@@ -26,13 +25,6 @@ class Element {
 
   Document::Position position() const { return document->positionOf(number); }
   std::string file() const { return row().tagEnd == 0 ? std::string() : *path; }
-
-  void fail(const char* reason) const {
-    const Document::Position at = position();
-    throw std::runtime_error("XMLParser: in file \"" + file() + "\" at line " +
-                             std::to_string(at.line) + " at column " + std::to_string(at.column) +
-                             ": " + reason);
-  }
 
  private:
   const Document::Element& row() const { return document->elements[number]; }

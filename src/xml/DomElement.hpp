@@ -26,7 +26,6 @@ class DomElement {
   void readText(std::string& text) const { text = xerces::textContent(*element); }
   Position position() const { return {tag().line, tag().column}; }
   std::string file() const { return tag().file; }
-  void fail(const char* reason) const { throw xerces::failureAt(*element, reason); }
 
  private:
   static const xerces::XmlString& nameOf(ElementKind kind) {

@@ -86,12 +86,17 @@ void Reader::runChecks(const Level& level) {
 
 void Reader::search(Level& level) {
   const Description& description = level.description;
-  std::vector<Occurrence>& all = level.occurrences;
-  all.reserve(description.rows.size());
-  level.contents.reserve(level.parts.size());
+  if (contained.size() == level.depth) contained.emplace_back();
+  level.held = &contained[level.depth];
+  std::vector<Occurrence>& all = level.held->occurrences;
+  std::vector<std::size_t>& ends = level.held->ends;
+  all.clear();
+  ends.assign(description.rows.size(), 0);
+  level.held->contents.clear();
+  level.held->contents.reserve(level.parts.size());
   for (const Occurrence& section : level.parts) {
     const IConfigPtr& part = *section.section;
-    const auto& contents = level.contents.emplace_back(part);
+    const auto& contents = level.held->contents.emplace_back(part);
     if (request.together != nullptr) request.together->enter(part, description, level.isOpen);
     match(level, description.settings, part, contents.properties());
     match(level, description.sections, part, contents.sections());
@@ -100,15 +105,15 @@ void Reader::search(Level& level) {
   if (!std::is_sorted(all.begin(), all.end(), isBefore)) {
     std::stable_sort(all.begin(), all.end(), isBefore);
   }
-  level.ends.resize(description.rows.size());
-  for (const Occurrence& one : all) ++level.ends[one.rank];
-  std::partial_sum(level.ends.begin(), level.ends.end(), level.ends.begin());
+  for (const Occurrence& one : all) ++ends[one.rank];
+  std::partial_sum(ends.begin(), ends.end(), ends.begin());
 }
 
 // Both the names in a section and those of its description are in byte order.
 template <class Map>
 void Reader::match(Level& level, const std::vector<Description::Name>& known,
                    const IConfigPtr& part, const Map& map) {
+  std::vector<Occurrence>& all = level.held->occurrences;
   auto name = known.begin();
   for (const auto& [given, elements] : map) {
     int order = -1;
@@ -118,7 +123,7 @@ void Reader::match(Level& level, const std::vector<Description::Name>& known,
         tellUnknown(level, {part, given, elements, index});
         continue;
       }
-      Occurrence& found = level.occurrences.emplace_back(part, given, elements, index);
+      Occurrence& found = all.emplace_back(part, given, elements, index);
       found.rank = level.description.ranks[name->row];
       found.isFormer = name->isFormer;
     }

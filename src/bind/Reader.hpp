@@ -6,6 +6,7 @@
 #ifndef SRC_BIND_READER_HPP
 #define SRC_BIND_READER_HPP
 
+#include <deque>
 #include <map>
 #include <string>
 #include <vector>
@@ -55,6 +56,13 @@ class Reader {
   };
   using Assignments = std::vector<Assignment>;
 
+  // What the parts of a struct hold.
+  struct Contained {
+    std::vector<config::internal::Contents> contents;  // of each
+    std::vector<Occurrence> occurrences;               // by rank, then as loaded
+    std::vector<std::size_t> ends;                     // of each rank's in that
+  };
+
   // A struct that is being read. What is by row has one entry for each row of the description.
   struct Level {
     const Description& description;
@@ -72,17 +80,15 @@ class Reader {
     Assignments assignments = {};
     const Row* key = nullptr;  // the setting that it is known by, if there is one
 
-    std::vector<config::internal::Contents> contents = {};  // of the parts
-    std::vector<Occurrence> occurrences = {};               // by rank, then as loaded
-    std::vector<std::size_t> ends = {};                     // of each rank's in that
-    std::vector<Assignments> assigned = {};                 // by row, or empty
-    std::vector<Place> places = {};                         // by row, or empty: for checks
+    Contained* held = nullptr;
+    std::vector<Assignments> assigned = {};  // by row, or empty
+    std::vector<Place> places = {};          // by row, or empty: for checks
 
     // What the parts hold for the row.
     Occurrences found(std::size_t at) const {
       const std::size_t rank = description.ranks[at];
-      const std::size_t start = rank == 0 ? 0 : ends[rank - 1];
-      return {occurrences.data() + start, ends[rank] - start};
+      const std::size_t start = rank == 0 ? 0 : held->ends[rank - 1];
+      return {held->occurrences.data() + start, held->ends[rank] - start};
     }
 
     // Put together when something is told: mostly nothing is.
@@ -95,7 +101,8 @@ class Reader {
   };
 
   // The sections that make up each element.
-  using Elements = std::vector<std::vector<Occurrence>>;
+  using Elements = std::vector<Occurrences>;
+  using Groups = std::vector<std::vector<Occurrence>>;  // where they are no neighbours
 
   void readLevel(Level& level);
   void readRow(Level& level, std::size_t at);
@@ -125,7 +132,7 @@ class Reader {
   void readSections(Level& level, std::size_t at, Occurrences found);
   void readElement(const Level& level, std::size_t at, const Elements& elements, std::size_t index,
                    void* object);
-  Elements elementsOf(const Level& level, const Row& row, Occurrences found);
+  Groups groupsOf(const Level& level, const Row& row, Occurrences found);
   std::string keyOf(const Row& row, const Occurrence& section) const;
   Level below(const Level& level, const Row& row, Occurrences sections) const;
 
@@ -148,6 +155,7 @@ class Reader {
   const Occurrence top;  // the configuration
   std::vector<std::pair<Path, std::string>> overrides;
   std::map<std::string, std::string> variables;  // of the environment that were read, by source
+  std::deque<Contained> contained;               // by depth: structs beside each other use the same
   const Precedence& precedence;
   Findings& findings;
 };

@@ -56,7 +56,12 @@ void Reader::readSection(Level& level, std::size_t at, Occurrences found) {
 
 void Reader::readSections(Level& level, std::size_t at, Occurrences found) {
   const Row& row = *level.description.rows[at];
-  const Elements elements = elementsOf(level, row, found);
+  Groups groups;
+  if (row.isKeyed) groups = groupsOf(level, row, found);
+  Elements elements(groups.begin(), groups.end());
+  for (std::size_t i = 0; i < found.size() && !row.isKeyed; ++i) {
+    elements.emplace_back(found.begin() + i, 1);
+  }
   if (!level.assigned.empty()) {
     for (const Assignment& assignment : level.assigned[at]) {
       const auto& part = assignment.override->first[assignment.depth];
@@ -121,14 +126,10 @@ void Reader::readElement(const Level& level, std::size_t at, const Elements& ele
 }
 
 // Sections of one key are one element, unless they stand in the same file.
-Reader::Elements Reader::elementsOf(const Level& level, const Row& row, Occurrences found) {
-  Elements groups;
+Reader::Groups Reader::groupsOf(const Level& level, const Row& row, Occurrences found) {
+  Groups groups;
   std::map<std::string, std::size_t> known;  // the group of each key
   for (const Occurrence& section : found) {
-    if (!row.isKeyed) {
-      groups.push_back({section});
-      continue;
-    }
     const std::string key = keyOf(row, section);
     const auto [same, isNew] = known.emplace(key, groups.size());
     if (key.empty() || isNew) {

@@ -270,7 +270,6 @@ bool ValueRules::isOrdered() const {
 }
 
 std::optional<Fault> parse(const ValueRules& rules, const std::string& text, void* value) {
-  if (rules.isOrdered()) return parseNumber(rules, text, value);
   switch (rules.kind) {
     case Kind::BOOLEAN:
     case Kind::ENUMERATION:
@@ -278,16 +277,15 @@ std::optional<Fault> parse(const ValueRules& rules, const std::string& text, voi
     case Kind::PATH:
     case Kind::CUSTOM:
       return parseCustom(rules, text, value);
+    case Kind::TEXT:
+      if (value != nullptr) *static_cast<std::string*>(value) = text;
+      return std::nullopt;
+    case Kind::SECRET:
+      if (value != nullptr) *static_cast<Secret*>(value) = Secret(text);
+      return std::nullopt;
     default:
-      break;
+      return parseNumber(rules, text, value);
   }
-  if (value == nullptr) return std::nullopt;
-  if (rules.kind == Kind::TEXT) {
-    *static_cast<std::string*>(value) = text;
-  } else {
-    *static_cast<Secret*>(value) = Secret(text);
-  }
-  return std::nullopt;
 }
 
 std::string canonical(const ValueRules& rules, const std::string& text) {

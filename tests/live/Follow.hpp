@@ -41,11 +41,11 @@ inline std::string property(const std::string& name, const std::string& value) {
   return "<property name='" + name + "'>" + value + "</property>";
 }
 
-class Folder : public TemporaryFolder {
- public:
-  // It is the current directory, and the search path has the directories early, which is not there,
-  // site, and it.
-  Folder() {
+// Its folder is the current directory; the search path has the directories early, which is not
+// there, site, and the folder.
+class LiveTest : public testing::Test, protected TemporaryFolder {
+ protected:
+  LiveTest() {
     std::filesystem::current_path(path);
     setSearchPath({path / "early", path / "site", ""});
   }
@@ -54,51 +54,10 @@ class Folder : public TemporaryFolder {
     write(name,
           "<config xmlns='urn:zu:util:config' name='n' version='1'>\n" + content + "\n</config>\n");
   }
-  void shell(const std::string& command) const {
+  void put(const std::string& content) const { put("site/main.xml", content); }
+  static void shell(const std::string& command) {
     ASSERT_EQ(std::system(command.c_str()), 0) << command;
   }
-
-  // As text, with the files of this folder relative to it, or to site.
-  static std::string textOf(const xml::Location& at) {
-    if (at.file.empty()) return "default";
-    return at.line > 0 ? at.file + ":" + std::to_string(at.line) : at.file;
-  }
-  std::string shown(const live::Change& change) const {
-    const auto side = [](const std::optional<std::string>& value, const xml::Location& at) {
-      return value ? *value + " (" + textOf(at) + ")" : "none";
-    };
-    return relative(change.path + ": " + side(change.before, change.beforeLocation) + " -> " +
-                    side(change.after, change.afterLocation) +
-                    (change.needsRestart ? " at restart" : ""));
-  }
-  std::string shown(const std::vector<xml::Problem>& problems) const {
-    std::string text;
-    for (const auto& problem : problems) {
-      text += "\n" + textOf(problem.location) + ": " + problem.message + " [" + problem.rule + "]";
-    }
-    return relative(text);
-  }
-  std::string shown(const live::internal::Result& result) const {
-    const char* outcomes[] = {"UNCHANGED", "CHANGED", "REFUSED"};
-    std::string text = outcomes[result.outcome];
-    for (const auto& change : result.changes) text += "\n" + shown(change);
-    return text + shown(result.problems);
-  }
-
- private:
-  std::string relative(std::string text) const {
-    for (const std::string& start :
-         {path.string() + "/site/", path.string() + "/", path.string()}) {
-      for (std::size_t at = 0; (at = text.find(start)) != text.npos;) text.erase(at, start.size());
-    }
-    return text;
-  }
-};
-
-class LiveTest : public testing::Test {
- protected:
-  void put(const std::string& content) const { folder.put("site/main.xml", content); }
-
   // What was written is no longer so new that it is read again for that alone.
   static void age() { std::this_thread::sleep_for(live::Places::newness); }
 
@@ -121,11 +80,46 @@ class LiveTest : public testing::Test {
       clock->time += live::Trigger::quiet;
       result = live.poll();
     }
-    return folder.shown(result);
+    return shown(result);
   }
 
-  Folder folder;
+  // As text, with the files of the folder relative to it, or to site.
+  std::string shown(const live::Change& change) const {
+    const auto side = [](const std::optional<std::string>& value, const xml::Location& at) {
+      return value ? *value + " (" + textOf(at) + ")" : "none";
+    };
+    return relative(change.path + ": " + side(change.before, change.beforeLocation) + " -> " +
+                    side(change.after, change.afterLocation) +
+                    (change.needsRestart ? " at restart" : ""));
+  }
+  std::string shown(const std::vector<xml::Problem>& problems) const {
+    std::string text;
+    for (const auto& problem : problems) {
+      text += "\n" + textOf(problem.location) + ": " + problem.message + " [" + problem.rule + "]";
+    }
+    return relative(text);
+  }
+  std::string shown(const live::internal::Result& result) const {
+    const char* outcomes[] = {"UNCHANGED", "CHANGED", "REFUSED"};
+    std::string text = outcomes[result.outcome];
+    for (const auto& change : result.changes) text += "\n" + shown(change);
+    return text + shown(result.problems);
+  }
+
   std::shared_ptr<DrivenClock> clock = std::make_shared<DrivenClock>();
+
+ private:
+  static std::string textOf(const xml::Location& at) {
+    if (at.file.empty()) return "default";
+    return at.line > 0 ? at.file + ":" + std::to_string(at.line) : at.file;
+  }
+  std::string relative(std::string text) const {
+    for (const std::string& start :
+         {path.string() + "/site/", path.string() + "/", path.string()}) {
+      for (std::size_t at = 0; (at = text.find(start)) != text.npos;) text.erase(at, start.size());
+    }
+    return text;
+  }
 };
 
 }  // namespace follow

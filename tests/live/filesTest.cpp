@@ -101,12 +101,12 @@ TEST_F(FilesTest, EveryWayToChangeAFileIsSeenOnceAndByItself) {
   for (const Move& move : moves) {
     for (const bool hasSigns : {true, false}) {
       SCOPED_TRACE(move.name + std::string(hasSigns ? "" : ", without signs"));
-      folder.shell(functions + (base + std::string(move.set)));
+      shell(functions + (base + std::string(move.set)));
       age();
       isInotifyUsedUp = !hasSigns;
       Plain live(move.file, {}, false, options<Plain>().slowPoll(5s));
       isInotifyUsedUp = false;
-      folder.shell(functions + std::string(move.move));
+      shell(functions + std::string(move.move));
       EXPECT_EQ(next(live, hasSigns ? 200ms : 5s), move.told);
       EXPECT_EQ(next(live), "UNCHANGED");
       EXPECT_EQ(next(live, 5s), "UNCHANGED");
@@ -123,20 +123,20 @@ TEST_F(FilesTest, AFileThatIsWrittenInStepsIsTakenWhenItRests) {
     for (const char* part :
          {"<config>\n", "<property name='speed'>", "2", "</property>", "</config>"}) {
       file << part << std::flush;
-      EXPECT_EQ(folder.shown(live.poll()), "UNCHANGED");
+      EXPECT_EQ(shown(live.poll()), "UNCHANGED");
       clock->time += 199ms;
-      EXPECT_EQ(folder.shown(live.poll()), "UNCHANGED") << part;
+      EXPECT_EQ(shown(live.poll()), "UNCHANGED") << part;
     }
     clock->time += hasSigns ? 1ms : 200ms;
-    folder.put("site/other.xml", "");
-    EXPECT_EQ(folder.shown(live.poll()), told(1, 2)) << "whatever its neighbours do";
+    put("site/other.xml", "");
+    EXPECT_EQ(shown(live.poll()), told(1, 2)) << "whatever its neighbours do";
 
     for (int i = 20; i > 0; --i) {
       setSpeed(i);
       EXPECT_EQ(live.poll().outcome, Plain::UNCHANGED) << i;
       clock->time += hasSigns ? 100ms : 110ms;
     }
-    EXPECT_EQ(folder.shown(live.poll()), told(2, 1)) << "2 s are enough";
+    EXPECT_EQ(shown(live.poll()), told(2, 1)) << "2 s are enough";
     age();
   }
 }
@@ -144,7 +144,7 @@ TEST_F(FilesTest, AFileThatIsWrittenInStepsIsTakenWhenItRests) {
 // A write through a mapping changes neither size nor times, nor is there a sign of it: so does a
 // write within one tick of the clock of many file systems.
 TEST_F(FilesTest, WhatIsAsNewAsItsReadingIsReadAgain) {
-  const int file = ::open((folder.path / "site/main.xml").c_str(), O_RDWR);
+  const int file = ::open("site/main.xml", O_RDWR);
   const auto size = static_cast<std::size_t>(::lseek(file, 0, SEEK_END));
   auto* text =
       static_cast<char*>(::mmap(nullptr, size, PROT_READ | PROT_WRITE, MAP_SHARED, file, 0));
@@ -158,9 +158,9 @@ TEST_F(FilesTest, WhatIsAsNewAsItsReadingIsReadAgain) {
   } while (std::chrono::steady_clock::now() - written >= live::Places::newness);
   text[std::string(text, size).find(">1<") + 1] = '2';
   clock->time += 19ms;
-  EXPECT_EQ(folder.shown(live->poll()), "UNCHANGED");
+  EXPECT_EQ(shown(live->poll()), "UNCHANGED");
   clock->time += 1ms;
-  EXPECT_EQ(folder.shown(live->poll()), told(1, 2));
+  EXPECT_EQ(shown(live->poll()), told(1, 2));
   ::munmap(text, size);
   ::close(file);
 }
@@ -189,11 +189,11 @@ TEST_F(FilesTest, TheDescriptorBecomesReadableForSignsAndForTheSlowPoll) {
 
 // The directory that is made again may have the number of the one before.
 TEST_F(FilesTest, AnEmptyDirectoryThatIsMadeAgainIsWatched) {
-  folder.shell("mkdir early");
+  shell("mkdir early");
   Plain live("main.xml", {}, false, rare());
-  folder.shell("rmdir early && mkdir early");
+  shell("rmdir early && mkdir early");
   EXPECT_EQ(next(live), "UNCHANGED");
-  folder.put("early/main.xml", property("speed", "2"));
+  put("early/main.xml", property("speed", "2"));
   EXPECT_EQ(next(live), "CHANGED\nspeed: 1 (main.xml:2) -> 2 (early/main.xml:2)");
 }
 
@@ -201,11 +201,11 @@ TEST_F(FilesTest, AThousandChangesAreAThousand) {
   Plain live("main.xml", {}, false, rare());
   const auto used = std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {});
   for (int i = 2; i <= 1001; ++i) {
-    folder.put("site/new.xml", property("speed", std::to_string(i)));
-    std::filesystem::rename(folder.path / "site/new.xml", folder.path / "site/main.xml");
+    put("site/new.xml", property("speed", std::to_string(i)));
+    std::filesystem::rename("site/new.xml", "site/main.xml");
     live.poll();
     clock->time += 200ms;
-    ASSERT_EQ(folder.shown(live.poll()), told(i - 1, i));
+    ASSERT_EQ(shown(live.poll()), told(i - 1, i));
   }
   EXPECT_EQ(std::distance(std::filesystem::directory_iterator("/proc/self/fd"), {}), used);
 }

@@ -9,6 +9,8 @@ namespace follow {
 
 namespace {
 
+using namespace bind;
+
 std::function<void()> whileRead;  // runs while the files are read
 
 struct Pump {
@@ -16,8 +18,7 @@ struct Pump {
   int speed = 100;
   int line = 1;
 };
-bind::Fields describe(bind::Is<Pump> /*type*/) {
-  using namespace bind;
+Fields describe(Is<Pump> /*type*/) {
   return {field<&Pump::name>("name"), field<&Pump::speed>("speed"),
           field<&Pump::line>("line").needsRestart()};
 }
@@ -26,10 +27,9 @@ struct Broker {
   std::string host = "localhost";
   int port = 1883;
   std::chrono::milliseconds timeout = 5s;
-  std::optional<bind::Secret> password;
+  std::optional<Secret> password;
 };
-bind::Fields describe(bind::Is<Broker> /*type*/) {
-  using namespace bind;
+Fields describe(Is<Broker> /*type*/) {
   return {field<&Broker::host>("host"), field<&Broker::port>("port").needsRestart(),
           field<&Broker::timeout>("timeout"), field<&Broker::password>("password")};
 }
@@ -45,8 +45,7 @@ struct Plant {
   std::vector<Pump> fixed;
   int unlisted = 0;
 };
-bind::Fields describe(bind::Is<Plant> /*type*/) {
-  using namespace bind;
+Fields describe(Is<Plant> /*type*/) {
   return Fields{field<&Plant::title>("title"),
                 section<&Plant::broker>("broker"),
                 section<&Plant::spare>("spare").needsRestart(),
@@ -161,7 +160,7 @@ TEST_F(SettingsTest, ChecksSeeWhatWillBeInForceAndRefuse) {
             "broker.port: 1 (main.xml:2) -> 2 (main.xml:2) at restart\n"
             "default: a function that is told failed: too late [callback-failed]\n"
             "1localhost>1new second localhost>new, is new ");
-  EXPECT_EQ(folder.shown(live.problems()), "");
+  EXPECT_EQ(shown(live.problems()), "");
   put(broker("bad", "2"));
   EXPECT_EQ(failure([&] { Followed("main.xml", {}, false, options); }),
             "5 error: a bad host [own]");
@@ -179,7 +178,7 @@ TEST_F(SettingsTest, BadFilesAreToldOnceForEachState) {
   };
   EXPECT_EQ(after(live, bad), told);
   EXPECT_EQ(next(live, 5s), "UNCHANGED");
-  EXPECT_EQ(folder.shown(live.problems()), told.substr(7));
+  EXPECT_EQ(shown(live.problems()), told.substr(7));
   EXPECT_EQ(after(live, bad), told) << "written again";
   EXPECT_EQ(after(live, broker("h", "13")),
             "REFUSED\nmain.xml:2: broker: 13 brings bad luck [refused]");
@@ -187,10 +186,10 @@ TEST_F(SettingsTest, BadFilesAreToldOnceForEachState) {
             "REFUSED\nmain.xml:3: unterminated start tag 'section' [not-well-formed]");
   EXPECT_EQ(after(live, "<include>none</include><include>part.xml</include><ignored/>"),
             "REFUSED" + missing("none") + missing("part.xml"));
-  folder.put("site/part.xml", "");
+  put("site/part.xml", "");
   EXPECT_EQ(next(live), "REFUSED" + missing("none")) << "beyond the first mistake";
   EXPECT_EQ(after(live, property("title", "a")), "UNCHANGED");
-  EXPECT_EQ(folder.shown(live.problems()), "");
+  EXPECT_EQ(shown(live.problems()), "");
   EXPECT_EQ(live.get(), first);
 }
 
@@ -248,7 +247,7 @@ TEST_F(SettingsTest, WhatNeedsARestartWaitsForIt) {
   EXPECT_EQ(settings->fixed.size(), 1u);
   EXPECT_EQ(settings->fixed.at(0).line, 1);
   ASSERT_EQ(live.needsRestart().size(), 11u);
-  EXPECT_EQ(folder.shown(live.needsRestart()[0]),
+  EXPECT_EQ(shown(live.needsRestart()[0]),
             "broker.port: 1 (main.xml:2) -> 3 (main.xml:3) at restart");
   EXPECT_EQ(next(live, 5s), "UNCHANGED");
   after(live, broker("i", "1") + rest + pump("out", "1", "2"));
@@ -272,59 +271,57 @@ TEST_F(SettingsTest, TheEnvironmentStaysAndSecretsAreHidden) {
 }
 
 TEST_F(SettingsTest, TheLastGoodTextsAreTakenAtTheStart) {
-  const std::string kept = folder.path / "state/kept";
   const auto content = [](const std::string& title) {
     return property("title", title) + section("broker", property("password", "p&amp;w")) +
            pump("in", "1") + pump("out", "2") + property("valve", "1") + property("valve", "2");
   };
-  bind::Overrides overrides;
+  Overrides overrides;
   overrides.add("broker.port=7");
-  auto options = LiveTest::options<Followed>().keepLastGood(kept).overrides(overrides);
+  auto options = LiveTest::options<Followed>().keepLastGood("state/kept").overrides(overrides);
   bool isRefusing = false;
   options.onCheck([&](const Plant&, const Plant&, std::vector<xml::Problem>&) {
     if (isRefusing) throw std::runtime_error("not this one");
   });
   const std::string told =
       "\nmain.xml:2: broker.timeout: \"x\" is not a time with its unit: ms, s, min, h [bad-value]";
-  folder.shell("mkdir state");
+  shell("mkdir state");
   put(content("a"));
   EXPECT_EQ(after(*std::make_unique<Followed>("main.xml", xml::SchemeList(), false, options),
                   content("b")),
             "CHANGED\ntitle: a (main.xml:2) -> b (main.xml:2)");
   put(section("broker", property("timeout", "x")));
-  folder.shell("test $(stat -c %a state/kept) = 600 && ! grep port state/kept");
+  shell("test $(stat -c %a state/kept) = 600 && ! grep port state/kept");
   isRefusing = true;
   EXPECT_EQ(failure([&] { Followed("main.xml", {}, false, options); }).substr(0, 2), "5 ");
   isRefusing = false;
 
   age();
   Followed live("main.xml", {}, false, options);
-  EXPECT_EQ(folder.shown(live.problems()), told);
+  EXPECT_EQ(shown(live.problems()), told);
   pollfd waited{live.fd(), POLLIN, 0};
   EXPECT_EQ(::poll(&waited, 1, 4000), 1) << "before the slow poll";
-  EXPECT_EQ(folder.shown(live.poll()), "REFUSED" + told);
-  EXPECT_EQ(folder.shown(live.poll()), "UNCHANGED");
-  const auto settings = live.get();
-  EXPECT_EQ(settings->title + settings->broker.password->reveal(), "bp&w");
-  EXPECT_EQ(settings->pumps.at("out").speed, settings->valves.at(1));
+  EXPECT_EQ(shown(live.poll()), "REFUSED" + told);
+  EXPECT_EQ(shown(live.poll()), "UNCHANGED");
+  EXPECT_EQ(live.get()->title + live.get()->broker.password->reveal(), "bp&w");
+  EXPECT_EQ(live.get()->pumps.at("out").speed, live.get()->valves.at(1));
   EXPECT_EQ(after(live, content("c")), "CHANGED\ntitle: b (state/kept:3) -> c (main.xml:2)");
   EXPECT_EQ(live.get()->broker.port, 7);
-  EXPECT_EQ(folder.shown(live.problems()), "");
+  EXPECT_EQ(shown(live.problems()), "");
 
-  folder.shell("rm state/kept && mkdir state/kept");
+  shell("rm state/kept && mkdir state/kept");
   EXPECT_EQ(after(live, content("d")),
             "CHANGED\ntitle: c (main.xml:2) -> d (main.xml:2)\nstate/kept: what is in force cannot "
             "be kept: state/kept: Is a directory [last-good]");
-  folder.shell("test $(ls state) = kept");
+  shell("test $(ls state) = kept");
 }
 
 TEST_F(SettingsTest, APlainConfigurationTellsAllChangesAtOnce) {
   const std::string last = property("a", "1") + section("s", property("b", "3"));
   put(section("s", property("b", "2")) + last);
   using Plain = Live<IConfig>;
-  Plain live("main.xml", {}, false, options<Plain>().keepLastGood(folder.path / "state"));
+  Plain live("main.xml", {}, false, options<Plain>().keepLastGood("state"));
   live.onChange([&](const std::vector<Plain::Change>& changes) {
-    for (const auto& change : changes) fired += "\n" + folder.shown(change);
+    for (const auto& change : changes) fired += "\n" + shown(change);
   });
   live.onCheck([&](const IConfigPtr& now, const IConfigPtr& next, std::vector<xml::Problem>&) {
     EXPECT_GT(now->getSectionCount("s"), next->getSectionCount("s"));
@@ -339,7 +336,7 @@ TEST_F(SettingsTest, APlainConfigurationTellsAllChangesAtOnce) {
   EXPECT_EQ(next(live), "UNCHANGED");
   EXPECT_EQ(live.origins().of(live.get(), "a", 0).line, 4);
   put("<section");
-  Plain restarted("main.xml", {}, false, Plain::Options().keepLastGood(folder.path / "state"));
+  Plain restarted("main.xml", {}, false, Plain::Options().keepLastGood("state"));
   EXPECT_EQ(restarted.get()->getSectionCount("s"), 1u);
 }
 

@@ -171,7 +171,6 @@ std::string read(const Row& row, bool isInMemory = false) {
 
 TEST(BindRead, FilesEnvironmentAndCommandLine) {
   const Row rows[] = {
-      {"defaults", "", "", {}, "|off 5000 1 2\n"},
       {"a file goes before what it includes, setting by setting",
        "hall{ light=on } <include>part.xml</include>",
        "title=2 hall{ light=low wait=2s }",
@@ -229,12 +228,6 @@ TEST(BindRead, FilesEnvironmentAndCommandLine) {
        "top.xml:9:21: warning: well[1].id: is called \"name\" now [renamed-setting]\n"
        "part.xml:3:21: error: well[0].id: is called \"name\" now, which the same file has, too "
        "[renamed-setting]\n"},
-      {"old and new in a file",
-       "room{ } hall{ }",
-       "",
-       {},
-       "top.xml:5:22: error: room: is called \"hall\" now, which the same file has, too "
-       "[renamed-setting]\n"},
       {"unknown",
        "titel=x hall=3 well=3 title{ } hall{ lihgt=on lihgt=off pumps{ x=1 } }",
        "",
@@ -272,7 +265,6 @@ TEST(BindRead, FilesEnvironmentAndCommandLine) {
        "10ms without one [bad-value]\n"
        "top.xml:8:24: error: hall.valve[1]: \"b\" is not a whole number [bad-value]\n"
        "top.xml:12:24: error: hall.pump[1].speed: -1 is not in 0 to 3000 [out-of-range]\n"},
-      {"without a unit", "hall{ wait=5 }", "", {}, "|off 50 1 2\n"},
       {"checks",
        "hall{ tls{ certificate=x verify=no } }",
        "",

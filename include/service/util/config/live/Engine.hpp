@@ -113,7 +113,7 @@ class ZU_EXPORT Engine {
   void onChange(std::function<void(const std::vector<Change>& changes)> call);
 
  private:
-  struct State;
+  struct ZU_NO_EXPORT State;
   std::unique_ptr<State> state;
 };
 

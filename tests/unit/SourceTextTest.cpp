@@ -54,6 +54,21 @@ TEST(SourceFile, FindsEveryPlaceOfALongFile) {
   EXPECT_EQ(file.findInvalid()->column, 6);
   EXPECT_EQ(file.findLast("<\r")->line, line - 1);
   EXPECT_FALSE(file.find(line + 1, 1));
+  EXPECT_EQ(file.find(1, 100)->column, 7) << "the end of a line that is shorter";
+}
+
+TEST(SourceFile, FindsTextsOnTheEdgesOfBlocks) {
+  const TemporaryFolder folder;
+  constexpr off_t size = 7;
+  std::string text;
+  for (int i = 10000; i < 30000; ++i) text += "<" + std::to_string(i) + ">";
+  folder.write("long", text);
+  SourceFile file(folder.path / "long");
+  for (off_t edge = 4096; edge < 20000 * size; edge += 4096) {
+    const off_t start = edge / size * size;
+    const auto found = file.findLast(text.substr(static_cast<std::size_t>(start), size));
+    EXPECT_EQ(found ? found->offset : -1, start);
+  }
 }
 
 TEST(SourceText, QuotesAroundThePlace) {

@@ -60,6 +60,8 @@ def bombs():
         f'<!ENTITY % p0 "xxxxxxxx">\n{DOUBLINGS}<!ENTITY e "%p40;">'), TOO_LARGE_THERE
     yield "quadratic parameter entities", dtd(
         f'<!ENTITY % p "{"<!-- -->" * 10000}">\n' + "%p;\n" * 20000), TOO_LARGE_THERE
+    yield "many declarations", dtd("".join(f"<!ENTITY e{i} ''>" for i in range(200000))), \
+        at((1, "{N}"), "too many names", "d.dtd")
     yield "deep chain in content", bomb(chain(20000), prop("&e20000;")), TOO_DEEP
     yield "deep chain of files", {
         "main.xml": bomb("".join(f'<!ENTITY e{i} SYSTEM "e{i}.txt">' for i in range(200)),

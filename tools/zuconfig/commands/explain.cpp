@@ -31,7 +31,7 @@ class NameFinder : public Visitor {
   }
 
   bool enterSection(const Visited& /*visited*/, const IConfigPtr& /*section*/) override {
-    return found.size() < most;
+    return found.size() <= most;
   }
 
   static constexpr std::size_t most = 10;

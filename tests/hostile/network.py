@@ -52,7 +52,7 @@ def both(name, files, expected, validated=None, **options):
 
 
 def remote(port):
-    url = f"http://127.0.0.1:{port}/r"
+    url = f"http://localhost:{port}/r"
     hints = f'{XSI} xsi:schemaLocation="{NAMESPACE} {url} urn:o {url}"' \
             f' xsi:noNamespaceSchemaLocation="{url}"'
     yield Row("document type", config(prop("x"), prolog=f'<!DOCTYPE config SYSTEM "{url}">'),

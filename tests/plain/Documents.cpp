@@ -122,6 +122,7 @@ std::string Documents::attributes(const std::string& element) {
   std::shuffle(names.begin(), names.end(), random);
   while (!names.empty() && isOdd()) names.pop_back();
   while (isOdd()) names.push_back(oneOf(attributeNames.odd));
+  if (!names.empty() && isOdd()) names.push_back(names[below(names.size())]);
   std::string result;
   for (const std::string& name : names) result += attribute(name);
   return result + (oneIn(20) ? space() : "");

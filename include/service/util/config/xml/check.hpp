@@ -20,7 +20,7 @@ enum class Severity { WARNING, ERROR };
 
 // Something that is wrong, and where.
 struct Problem {
-  Severity severity;  // of an error, a load fails
+  Severity severity;  // whether the files load nevertheless
 
   // What was violated; stable, for scripts to filter by. Errors:
   //   not-found        the top-level file is not on the search path

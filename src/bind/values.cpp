@@ -17,7 +17,7 @@ namespace {
 
 using cppUtil::internal::quoted;
 
-constexpr std::array<const char*, 6> truths = {"true", "false", "yes", "no", "on", "off"};
+constexpr std::array<std::string_view, 6> truths = {"true", "false", "yes", "no", "on", "off"};
 
 template <class List, class NameOf>
 std::string listOf(const List& list, const NameOf& nameOf) {
@@ -46,7 +46,7 @@ std::string expectation(const ValueRules& rules) {
   if (rules.hasUnit()) return expectedMeasure(rules);
   switch (rules.kind) {
     case Kind::BOOLEAN:
-      return "one of " + listOf(truths, [](const char* name) { return name; });
+      return "one of " + listOf(truths, [](std::string_view name) { return name; });
     case Kind::ENUMERATION:
       return expectedNames(rules);
     case Kind::FLOATING:
@@ -155,6 +155,7 @@ std::pair<Number, Number> rangeOf(const ValueRules& rules) {
 
 bool isInRange(const ValueRules& rules, const Number& number) {
   if (rules.least) return !(number < *rules.least || *rules.greatest < number);
+  if (rules.isFloating) return true;  // or it would not have been read
   const auto [least, greatest] = boundsOf(rules);
   return !(number < least || greatest < number);
 }
@@ -299,7 +300,7 @@ std::string print(const ValueRules& rules, const void* value) {
   if (rules.isOrdered()) return print(rules, load(rules, value));
   switch (rules.kind) {
     case Kind::BOOLEAN:
-      return truths[*static_cast<const bool*>(value) ? 0 : 1];
+      return std::string(truths[*static_cast<const bool*>(value) ? 0 : 1]);
     case Kind::TEXT:
       return *static_cast<const std::string*>(value);
     case Kind::SECRET:

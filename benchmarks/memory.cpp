@@ -1,11 +1,15 @@
-// The memory counts. Prints lines of JSON: figure, who, unit and value. Option: --small.
+// What is counted, not timed. Prints lines of JSON: figure, who, unit and value. Option: --small.
 
+#include <cstdlib>
 #include <cstring>
 #include <exception>
 #include <iostream>
 
+#include "Folder.hpp"
 #include "Readers.hpp"
 #include "countedMalloc.hpp"
+#include "process.hpp"
+#include "run.hpp"
 #include "service/util/config/xml/Session.hpp"
 
 namespace benchmarks {
@@ -82,10 +86,31 @@ void printAllocations(const std::string& who, Inputs& inputs, const Shape& shape
         static_cast<double>(count) / static_cast<double>(paths.size()));
 }
 
+// The objects that it initialises, as the dynamic loader tells: the C library and itself, too.
+std::size_t sharedObjectsOf(const char* program, const std::vector<std::string>& words) {
+  const Folder folder;
+  ::setenv("LD_DEBUG", "files", 1);
+  ::setenv("LD_DEBUG_OUTPUT", (folder.path / "told").c_str(), 1);
+  const int status = run(program, words);
+  ::unsetenv("LD_DEBUG");
+  ::unsetenv("LD_DEBUG_OUTPUT");
+  if (status != 0) throw std::runtime_error(std::string(program) + " failed");
+  std::size_t count = 0;
+  std::ifstream told(std::filesystem::directory_iterator(folder.path)->path());
+  for (std::string line; std::getline(told, line);) {
+    if (line.find("calling init: ") != line.npos) ++count;
+  }
+  return count;
+}
+
 void printAll(bool smallOnly) {
   Inputs inputs;
   printLoads(inputs, smallOnly ? smallShape : largeShape);
   printGrowth(inputs, smallOnly ? smallShape : largeShape);
+  for (const auto& [who, program] : processes) {
+    const auto count = static_cast<double>(sharedObjectsOf(program, processArguments(inputs)));
+    print("shared objects of the process", who, "", count);
+  }
 
   const Shape shape = smallOnly ? smallShape : mediumShape;
   const Paths paths = pathsOf(samples(shape, 64));

@@ -39,6 +39,8 @@ DOCS_ROWS = [
     ("read a missing property", "Boost.PropertyTree get_optional<std::string>"),
     ("thrown and caught at depth 10", "Boost.PropertyTree"),
     (PROCESS, None),
+    ("shared objects of the process", "the same with pugixml"),
+    ("shared objects of the process", "empty main, linked to the XML library"),
     ("memory kept per property", "Boost.PropertyTree"),
     ("memory at the peak of the large load", "Boost.PropertyTree"),
     ("memory at the peak of the large load", "pugixml, walked into a tree"),

@@ -3,7 +3,7 @@
 
 #include <map>
 
-#include "cppUtil/err/Exception.hpp"
+#include "failureOf.hpp"
 #include "service/util/config/bind.hpp"
 #include "service/util/config/internal/Config.hpp"
 
@@ -62,7 +62,7 @@ bind::Fields describe(bind::Is<Wrong> /*wrong*/) {
 }
 
 TEST(BindDescription, TellsAllThatIsWrongWithIt) {
-  const char* expected = R"(the description of settings is wrong:
+  const char* expected = R"(INVALID_ARGUMENT: the description of settings is wrong:
 (anonymous namespace)::Wrong: a name is empty
 (anonymous namespace)::Wrong, field "b": the name is used twice, former ones included
 (anonymous namespace)::Wrong: a check is for (anonymous namespace)::Pump
@@ -83,13 +83,7 @@ TEST(BindDescription, TellsAllThatIsWrongWithIt) {
 (anonymous namespace)::Pump, field "speed": its default: 0 is not in 1 to 9
 (anonymous namespace)::Wrong, field "hall": a map needs keyedBy
 (anonymous namespace)::Wrong, field "cellar": its key and the key of the map are of different types)";
-  try {
-    bind::read<Wrong>(std::make_shared<internal::Config>());
-    FAIL();
-  } catch (const cppUtil::err::Exception& e) {
-    EXPECT_EQ(e.getCode(), 5U);
-    EXPECT_EQ(e.getMessage(), expected);
-  }
+  EXPECT_EQ(failureOf([] { bind::read<Wrong>(std::make_shared<internal::Config>()); }), expected);
 }
 
 struct Twice {
@@ -101,14 +95,9 @@ bind::Fields describe(bind::Is<Twice> /*twice*/) {
 }
 
 TEST(BindDescription, TellsVariablesThatCollide) {
-  try {
-    bind::read<Twice>(std::make_shared<internal::Config>());
-    FAIL();
-  } catch (const cppUtil::err::Exception& e) {
-    EXPECT_EQ(e.getMessage(),
-              "the description of settings is wrong:\n(anonymous namespace)::Twice: two settings "
-              "have the variable T_A_B");
-  }
+  EXPECT_EQ(failureOf([] { bind::read<Twice>(std::make_shared<internal::Config>()); }),
+            "INVALID_ARGUMENT: the description of settings is wrong:\n"
+            "(anonymous namespace)::Twice: two settings have the variable T_A_B");
 }
 
 }  // namespace

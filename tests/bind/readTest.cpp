@@ -7,7 +7,7 @@
 #include <sstream>
 
 #include "TemporaryFolder.hpp"
-#include "cppUtil/err/Exception.hpp"
+#include "failureOf.hpp"
 #include "service/util/config/bind.hpp"
 #include "service/util/config/bind/Settings.hpp"
 #include "service/util/config/internal/Config.hpp"
@@ -323,15 +323,9 @@ TEST(BindRead, LogsWarningsAndThrowsErrors) {
   EXPECT_EQ(logged, "2 warning: lamp: nothing reads this [unknown-setting]");
   cu_Logger_setCallback(nullptr, nullptr);
   config->addProperty("valve", "x");
-  try {
-    bind::read<Hall>(config);
-    FAIL();
-  } catch (const cppUtil::err::Exception& e) {
-    EXPECT_EQ(e.getCode(), 5U);
-    EXPECT_EQ(e.getMessage(),
-              "warning: lamp: nothing reads this [unknown-setting]\n"
-              "error: valve: \"x\" is not a whole number [bad-value]");
-  }
+  EXPECT_EQ(failureOf([&] { bind::read<Hall>(config); }),
+            "INVALID_ARGUMENT: warning: lamp: nothing reads this [unknown-setting]\n"
+            "error: valve: \"x\" is not a whole number [bad-value]");
 }
 
 }  // namespace

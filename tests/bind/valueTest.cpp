@@ -4,7 +4,7 @@
 #include <filesystem>
 
 #include "TemporaryFolder.hpp"
-#include "cppUtil/err/Exception.hpp"
+#include "failureOf.hpp"
 #include "service/util/config/bind.hpp"
 #include "service/util/config/errorModule.hpp"
 #include "service/util/config/internal/Config.hpp"
@@ -33,17 +33,6 @@ std::string print(const Address& address) {
 
 using Days = std::chrono::duration<int, std::ratio<86400>>;
 using Seconds = std::chrono::duration<double>;
-
-// The message of what call throws, with its code.
-template <class Call>
-std::string failureOf(const Call& call) {
-  try {
-    call();
-  } catch (const cppUtil::err::Exception& e) {
-    return std::string(e.what()) + ": " + e.getMessage();
-  }
-  return "nothing";
-}
 
 template <class T>
 std::string shown(const T& value) {

@@ -10,7 +10,7 @@
 #include <thread>
 
 #include "TemporaryFolder.hpp"
-#include "cppUtil/err/Exception.hpp"
+#include "failureOf.hpp"
 #include "live/Choices.hpp"
 #include "live/Trigger.hpp"
 #include "loader/LoaderState.hpp"
@@ -25,17 +25,6 @@ struct DrivenClock : live::Clock {
   std::chrono::nanoseconds now() const override { return time; }
   std::chrono::nanoseconds time{0};
 };
-
-// The code and the message of what a call throws.
-template <class Call>
-std::string failure(const Call& call) {
-  try {
-    call();
-  } catch (const cppUtil::err::Exception& e) {
-    return std::to_string(e.getCode()) + " " + e.getMessage();
-  }
-  return "none";
-}
 
 inline std::string property(const std::string& name, const std::string& value) {
   return "<property name='" + name + "'>" + value + "</property>";

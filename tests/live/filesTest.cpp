@@ -186,9 +186,10 @@ TEST_F(FilesTest, TheDescriptorBecomesReadableForSignsAndForTheSlowPoll) {
   ::getrlimit(RLIMIT_NOFILE, &before);
   const rlimit none = {0, before.rlim_max};
   ::setrlimit(RLIMIT_NOFILE, &none);
-  const std::string thrown = failure([] { Plain("main.xml", {}, false); });
+  const std::string thrown = failureOf([] { Plain("main.xml", {}, false); });
   ::setrlimit(RLIMIT_NOFILE, &before);
-  EXPECT_EQ(thrown, "4 no descriptor for the files that are followed: Too many open files");
+  EXPECT_EQ(thrown,
+            "SYSTEM_FAILURE: no descriptor for the files that are followed: Too many open files");
 #endif
 }
 

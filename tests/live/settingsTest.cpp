@@ -124,10 +124,10 @@ TEST_F(SettingsTest, ChangesAreOfValuesAndFireByField) {
             "pumps valves ");
   EXPECT_EQ(after(live, rest + valve + valve + pump("in", "1")),
             "CHANGED\nvalve[0]: 1 (main.xml:2) -> 2 (main.xml:2)\nvalves ");
-  EXPECT_EQ(failure([&] { live.onChange<&Plant::unlisted>([](int, int) {}); }),
-            "5 the member is no field of the struct's description");
-  EXPECT_EQ(failure([] { Followed::Options().slowPoll(0s); }),
-            "5 the time between two looks at the files must be more than none");
+  EXPECT_EQ(failureOf([&] { live.onChange<&Plant::unlisted>([](int, int) {}); }),
+            "INVALID_ARGUMENT: the member is no field of the struct's description");
+  EXPECT_EQ(failureOf([] { Followed::Options().slowPoll(0s); }),
+            "INVALID_ARGUMENT: the time between two looks at the files must be more than none");
 }
 
 TEST_F(SettingsTest, ChecksSeeWhatWillBeInForceAndRefuse) {
@@ -162,8 +162,8 @@ TEST_F(SettingsTest, ChecksSeeWhatWillBeInForceAndRefuse) {
             "1localhost>1new second localhost>new, is new ");
   EXPECT_EQ(shown(live.problems()), "");
   put(broker("bad", "2"));
-  EXPECT_EQ(failure([&] { Followed("main.xml", {}, false, options); }),
-            "5 error: a bad host [own]");
+  EXPECT_EQ(failureOf([&] { Followed("main.xml", {}, false, options); }),
+            "INVALID_ARGUMENT: error: a bad host [own]");
 }
 
 TEST_F(SettingsTest, BadFilesAreToldOnceForEachState) {
@@ -205,7 +205,8 @@ TEST_F(SettingsTest, NoSetIsMixed) {
             "valve: 1 (main.xml:2) -> 3 (main.xml:2)");
   whileRead = [&] { put(property("title", std::to_string(++readings))); };
   EXPECT_EQ(after(live, property("title", "c")), "UNCHANGED") << "never at rest";
-  EXPECT_EQ(failure([] { Followed("main.xml", {}, false); }), "5 the files change all the time");
+  EXPECT_EQ(failureOf([] { Followed("main.xml", {}, false); }),
+            "INVALID_ARGUMENT: the files change all the time");
   whileRead = nullptr;
   EXPECT_EQ(next(live).substr(0, 37), "CHANGED\ntitle: b (main.xml:2) -> 24 (");
 }
@@ -292,7 +293,8 @@ TEST_F(SettingsTest, TheLastGoodTextsAreTakenAtTheStart) {
   put(section("broker", property("timeout", "x")));
   shell("test $(stat -c %a state/kept) = 600 && ! grep port state/kept");
   isRefusing = true;
-  EXPECT_EQ(failure([&] { Followed("main.xml", {}, false, options); }).substr(0, 2), "5 ");
+  EXPECT_EQ(failureOf([&] { Followed("main.xml", {}, false, options); }).substr(0, 17),
+            "INVALID_ARGUMENT:");
   isRefusing = false;
 
   age();

@@ -44,13 +44,13 @@ std::optional<Bytes> bytesOf(const File& file) {
   const auto size = static_cast<std::size_t>(status.st_size);
   if (status.st_size <= 0 || size > maximumSize) return {};
   Bytes bytes = {std::unique_ptr<char[]>(new char[size + 1]), 0};
-  while (true) {
-    const ssize_t count = readSome(file, bytes.data.get() + bytes.size, size + 1 - bytes.size);
+  ssize_t count = 0;
+  do {  // asks for one byte more than there should be: less ends in front of it
+    count = readSome(file, bytes.data.get() + bytes.size, size + 1 - bytes.size);
     if (count < 0) return {};
-    if (count == 0) break;
     bytes.size += static_cast<std::size_t>(count);
     if (bytes.size > size) return {};
-  }
+  } while (count > 0 && bytes.size < size);
   bytes.data[bytes.size] = '\0';
   return bytes;
 }

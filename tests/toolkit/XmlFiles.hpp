@@ -31,19 +31,17 @@ inline xerces::XmlString xmlName(const std::string& name) {
   return {name.begin(), name.end()};
 }
 
-// What step returns, or the text of what it throws.
+// What step returns, or the text of what it throws: {FILE} in the place of the file, {POINTER} in
+// that of an address.
 template <class Step>
-std::string resultOf(const Step& step) {
+std::string resultOf(const std::string& file, const Step& step) {
+  std::string text;
   try {
-    return step();
+    text = step();
   } catch (const xerces::Exception& e) {
-    return e.what();
+    text = e.what();
   }
-}
-
-// {FILE} in the place of the file, {POINTER} in that of an address.
-inline std::string withPlaceholders(const std::string& message, const std::string& file) {
-  return withoutPointers(replaceAll(message, file, "{FILE}"));
+  return withoutPointers(replaceAll(text, file, "{FILE}"));
 }
 
 #endif

@@ -20,34 +20,28 @@ TEST(ErrorRecord, NamesTheWrongArgument) {
     std::string function;
     std::string argument;
   } missing[] = {
-      {failed(cu_String_new(nullptr, 0)), "String cu_String_new", "text"},
-      {failed(cu_String_set(text, nullptr)), "String cu_String_set", "value"},
-      {failed(cu_String_delete(&noText)), "String cu_String_delete", "*text"},
-      {failed(cu_Filename_getPath(nullptr, text)), "Filename cu_Filename_getPath", "fileName"},
-      {failed(cu_SearchPath_new(nullptr)), "SearchPath cu_SearchPath_new", "path"},
-      {failed(cu_SearchPath_copy(path, nullptr)), "SearchPath cu_SearchPath_copy", "copy"},
-      {failed(cu_SearchPath_delete(&noPath)), "SearchPath cu_SearchPath_delete", "*path"},
-      {failed(cu_SearchPath_find(path, nullptr, &flag, text)), "SearchPath cu_SearchPath_find",
-       "name"},
-      {failed(cu_SearchPath_prepend(path, nullptr)), "SearchPath cu_SearchPath_prepend",
-       "directory"},
-      {failed(cu_SearchPath_append(nullptr, "a")), "SearchPath cu_SearchPath_append", "path"},
-      {failed(cu_SearchPath_remove(path, "/one", nullptr)), "SearchPath cu_SearchPath_remove",
-       "removed"},
-      {failed(cu_SearchPath_clear(nullptr)), "SearchPath cu_SearchPath_clear", "path"},
-      {failed(cu_SearchPath_count(nullptr, &count)), "SearchPath cu_SearchPath_count", "path"},
-      {failed(cu_SearchPath_get(path, 0, nullptr)), "SearchPath cu_SearchPath_get", "directory"},
-      {failed(cu_Logger_log(CU_FATAL, nullptr)), "Logger cu_Logger_log", "message"},
-      {failed(cu_SetResolver(200, {nullptr, anyText, anyText}, 24)), "ErrorRegistry cu_SetResolver",
-       "resolver.moduleName"},
-      {failed(cu_SetResolver(200, {"m", nullptr, anyText}, 24)), "ErrorRegistry cu_SetResolver",
-       "resolver.getName"},
+      {failed(cu_String_new(nullptr, 0)), "String_new", "text"},
+      {failed(cu_String_set(text, nullptr)), "String_set", "value"},
+      {failed(cu_String_delete(&noText)), "String_delete", "*text"},
+      {failed(cu_Filename_getPath(nullptr, text)), "Filename_getPath", "fileName"},
+      {failed(cu_SearchPath_new(nullptr)), "SearchPath_new", "path"},
+      {failed(cu_SearchPath_copy(path, nullptr)), "SearchPath_copy", "copy"},
+      {failed(cu_SearchPath_delete(&noPath)), "SearchPath_delete", "*path"},
+      {failed(cu_SearchPath_find(path, nullptr, &flag, text)), "SearchPath_find", "name"},
+      {failed(cu_SearchPath_prepend(path, nullptr)), "SearchPath_prepend", "directory"},
+      {failed(cu_SearchPath_append(nullptr, "a")), "SearchPath_append", "path"},
+      {failed(cu_SearchPath_remove(path, "/one", nullptr)), "SearchPath_remove", "removed"},
+      {failed(cu_SearchPath_clear(nullptr)), "SearchPath_clear", "path"},
+      {failed(cu_SearchPath_count(nullptr, &count)), "SearchPath_count", "path"},
+      {failed(cu_SearchPath_get(path, 0, nullptr)), "SearchPath_get", "directory"},
+      {failed(cu_Logger_log(CU_FATAL, nullptr)), "Logger_log", "message"},
   };
   for (const auto& row : missing) {
-    EXPECT_EQ(row.failed, "1 platform/cutil/" + row.function + ": Argument \"" + row.argument +
-                              "\" is missing! (0)");
+    const std::string unit = row.function.substr(0, row.function.find('_'));
+    EXPECT_EQ(row.failed, "1 platform/cutil/" + unit + " cu_" + row.function + ": Argument \"" +
+                              row.argument + "\" is missing! (0)");
   }
-  const std::string setResolver = "5 platform/cutil/ErrorRegistry cu_SetResolver: Argument ";
+  const std::string setResolver = " platform/cutil/ErrorRegistry cu_SetResolver: Argument ";
   const std::pair<std::string, std::string> others[] = {
       {failed(cu_SearchPath_get(path, 1, text)),
        "5 platform/cutil/SearchPath cu_SearchPath_get: "
@@ -58,11 +52,15 @@ TEST(ErrorRecord, NamesTheWrongArgument) {
        "5 platform/cutil/Logger cu_Logger_setThreshold: "
        "Argument \"level\" is 5, but must be 0 to 4! (0)"},
       {failed(cu_SetResolver(0, good, 24)),
-       setResolver + "\"module\" is 0, but must be 1 to 255! (0)"},
+       "5" + setResolver + "\"module\" is 0, but must be 1 to 255! (0)"},
       {failed(cu_SetResolver(256, good, 24)),
-       setResolver + "\"module\" is 256, but must be 1 to 255! (0)"},
+       "5" + setResolver + "\"module\" is 256, but must be 1 to 255! (0)"},
       {failed(cu_SetResolver(200, good, 16)),
-       setResolver + "\"localBits\" is 16, but must be 24! (0)"},
+       "5" + setResolver + "\"localBits\" is 16, but must be 24! (0)"},
+      {failed(cu_SetResolver(200, {nullptr, anyText, anyText}, 24)),
+       "1" + setResolver + "\"resolver.moduleName\" is missing! (0)"},
+      {failed(cu_SetResolver(200, {"m", nullptr, anyText}, 24)),
+       "1" + setResolver + "\"resolver.getName\" is missing! (0)"},
       // More than any memory holds; what stands for a path that there was no memory for.
       {failed(cu_String_new(&huge, SIZE_MAX)),
        "2 platform/cutil/String cu_String_new: Out of memory! (0)"},

@@ -58,16 +58,14 @@ TEST(Logger, WritesWhatPassesTheThreshold) {
 TEST(Logger, HandsMessagesToTheCallback) {
   const auto append = [](std::uint32_t level, const char* message, void* received) {
     *static_cast<std::string*>(received) += std::to_string(level) + message + ";";
-    errno = EIO;
   };
   const std::string written = writtenInChild([&] {
     std::string received;
     cu_Logger_setThreshold(CU_INFO);
     cu_Logger_setCallback(append, &received);
-    errno = ENOENT;
-    const bool errnoKept = logEachLevel() && errno == ENOENT;
+    const bool isLogged = logEachLevel();
     cu_Logger_setCallback(nullptr, nullptr);
-    return errnoKept && received == "0text;1text;2text;3text;" && log(CU_INFO, "back");
+    return isLogged && received == "0text;1text;2text;3text;" && log(CU_INFO, "back");
   });
   EXPECT_EQ(written, "info: back\n");
 }
@@ -94,10 +92,7 @@ TEST(Logger, ReportsWhatACallbackMustNotDo) {
 }
 
 TEST(Logger, ShowsWhatWouldCommandATerminal) {
-  const struct {
-    const char* message;
-    const char* expected;
-  } rows[] = {
+  const std::pair<std::string, std::string> rows[] = {
       {"a\nb\tc\rd", "a\\nb\\tc\\rd"},
       {"\x01\x1b[2J\x7f \\", "\\x01\\x1b[2J\\x7f \\"},
       {"\xc2\x80\xc2\x9b\xc2\xa0", "\\u0080\\u009b\xc2\xa0"},
@@ -107,9 +102,9 @@ TEST(Logger, ShowsWhatWouldCommandATerminal) {
       {"no UTF-8: \xc2\x1b", "no UTF-8: \xc2\\x1b"},
       {"no UTF-8: \x9b \xe9 \xe2\x80", "no UTF-8: \\x9b \xe9 \xe2\\x80"},
   };
-  for (const auto& row : rows) {
-    const std::string written = writtenInChild([&] { return log(CU_FATAL, row.message); });
-    EXPECT_EQ(written, "fatal: " + std::string(row.expected) + "\n");
+  for (const auto& [message, expected] : rows) {
+    const auto write = [&, &message = message] { return log(CU_FATAL, message); };
+    EXPECT_EQ(writtenInChild(write), "fatal: " + expected + "\n");
   }
 }
 

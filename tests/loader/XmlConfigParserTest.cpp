@@ -1,13 +1,9 @@
-// What callers of the shared library see besides the configuration.
+#include "service/util/config/xml/internal/XmlConfigParser.hpp"
 
-#include <iterator>
 #include <xercesc/dom/DOM.hpp>
 
-#include "Case.hpp"
 #include "LoaderState.hpp"
-#include "service/util/config/grammar/getGrammar.hpp"
 #include "service/util/config/xml/Session.hpp"
-#include "service/util/config/xml/internal/XmlConfigParser.hpp"
 #include "unit/Failure.hpp"
 #include "xerces/Exception.hpp"
 
@@ -66,14 +62,6 @@ TEST(XmlConfigParserTest, StepsRefuseOtherElements) {
   EXPECT_EQ(parser.getConfig()->getPropertyCount("v"), 3u);
   parser.parse(parser.getConfig(), ZU_TEST_DATA_DIR "/order-by-kind/main.xml");
   EXPECT_EQ(parser.getConfig()->getPropertyCount("v"), 6u);
-}
-
-TEST(GrammarTest, IsTheFileByteForByte) {
-  const std::string expected = contentOf(ZU_GRAMMAR_FILE);
-  ASSERT_NE(expected, "");
-  service::util::config::grammar::getGrammar().front() = '?';
-  const std::vector<char> grammar = service::util::config::grammar::getGrammar();
-  EXPECT_EQ(std::string(grammar.begin(), grammar.end()), expected);
 }
 
 }  // namespace

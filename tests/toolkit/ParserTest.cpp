@@ -7,7 +7,6 @@
 #include <xercesc/util/IOException.hpp>
 
 #include "XmlFiles.hpp"
-#include "xerces/ErrorHandler.hpp"
 
 namespace {
 
@@ -100,14 +99,10 @@ TEST_F(ParserTest, WarningsFailNothingButAreReported) {
 }
 
 TEST_F(ParserTest, TranslatesWhatIsThrownDuringAParse) {
-  class FailingParser : public Parser {
-   public:
-    explicit FailingParser(std::function<void()> fail) : fail(std::move(fail)) {}
-
-   private:
+  struct FailingParser : Parser {
     void parseFile(const std::string& /*name*/) override { fail(); }
 
-    const std::function<void()> fail;
+    std::function<void()> fail;
   };
   using xercesc::XMLExcepts;
   const std::pair<std::function<void()>, const char*> rows[] = {
@@ -120,7 +115,8 @@ TEST_F(ParserTest, TranslatesWhatIsThrownDuringAParse) {
       {[] { throw 1; }, ""},
   };
   for (const auto& [fail, expected] : rows) {
-    FailingParser parser(fail);
+    FailingParser parser;
+    parser.fail = fail;
     EXPECT_EQ(resultOfParse(parser, "a.xml"), expected);
   }
 }

@@ -27,10 +27,6 @@ class XmlFiles : public testing::Test {
   const std::filesystem::path& directory = folder.path;
 };
 
-inline xerces::XmlString xmlName(const std::string& name) {
-  return {name.begin(), name.end()};
-}
-
 // What step returns, or the text of what it throws: {FILE} in the place of the file, {POINTER} in
 // that of an address.
 template <class Step>

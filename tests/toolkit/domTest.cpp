@@ -8,25 +8,25 @@
 
 namespace {
 
-using xerces::XmlString;
+using xerces::fromLocal;
 using xercesc::DOMElement;
 
 using DomTest = XmlFiles;
 
 std::string matched(const DOMElement& element, const char* name) {
-  xerces::match(element, xmlName(name));
+  xerces::match(element, fromLocal(name));
   return "matched";
 }
 
 std::string attribute(const DOMElement& element) {
-  return xerces::mandatoryAttribute(element, xmlName("name"));
+  return xerces::mandatoryAttribute(element, fromLocal("name"));
 }
 
 // The ids of the children called p.
 std::string children(const DOMElement& element) {
   std::string ids;
-  for (const DOMElement* child : xerces::namedChildElements(element, xmlName("p"))) {
-    ids += xerces::transcode(child->getAttribute(xmlName("id").c_str()));
+  for (const DOMElement* child : xerces::namedChildElements(element, fromLocal("p"))) {
+    ids += xerces::transcode(child->getAttribute(fromLocal("id").c_str()));
   }
   return ids;
 }
@@ -68,7 +68,7 @@ TEST_F(DomTest, HelpersReadElements) {
 TEST_F(DomTest, ElementWithoutLocalNameHasTheEmptyName) {
   xerces::Parser parser;
   xercesc::DOMDocument* document = parser.parseDoc(write("a.xml", "<r><q/></r>"));
-  DOMElement* plain = document->createElement(xmlName("p").c_str());
+  DOMElement* plain = document->createElement(fromLocal("p").c_str());
   document->getDocumentElement()->appendChild(plain);
 
   const auto unnamed = xerces::namedChildElements(*document->getDocumentElement(), {});

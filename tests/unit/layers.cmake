@@ -17,6 +17,7 @@ set(load "load/" "service/util/config/xml/" ${model} ${support} ${platform})
 set(public "service/util/config/" "service/util/locator/" "cppUtil/(err|fileName|logger)/"
     "cppUtil/internal/(Character|text)\\.hpp" ${platform})
 
+set(headers include/service/util/config)
 set(checked "")
 
 # room(<name> FILES <patterns> SEES <regexes of headers>): no file is needed for a room to be named.
@@ -37,43 +38,31 @@ function(room name)
   set(checked ${checked} ${files} PARENT_SCOPE)
 endfunction()
 
-room(cutil FILES platform/cutil/*.h platform/cutil/*.hpp platform/cutil/*.cpp SEES cutil/)
-room(locator FILES platform/locator/*.h platform/locator/*.hpp platform/locator/*.cpp
-  SEES ${platform})
-room(support FILES support/*.hpp support/*.cpp SEES ${support} ${platform})
-room(toolkit FILES toolkit/*.hpp toolkit/*.cpp SEES ${toolkit} "cppUtil/(export|internal/Position)\\.hpp")
-room(model FILES src/model/*.hpp src/model/*.cpp include/service/util/config/IConfig.hpp
-    include/service/util/config/Select.hpp include/service/util/config/visit.hpp
-    include/service/util/config/internal/*.hpp
-  SEES ${model})
-room(grammar FILES src/grammar/* include/service/util/config/grammar/*.hpp
+room(cutil FILES platform/cutil/* SEES cutil/)
+room(locator FILES platform/locator/* SEES ${platform})
+room(support FILES support/* SEES ${support} ${platform})
+room(toolkit FILES toolkit/* SEES ${toolkit} "cppUtil/(export|internal/Position)\\.hpp")
+room(model FILES src/model/* ${headers}/IConfig.hpp ${headers}/Select.hpp ${headers}/visit.hpp
+    ${headers}/internal/* SEES ${model})
+room(grammar FILES src/grammar/* ${headers}/grammar/*
   SEES "service/util/config/grammar/" "cppUtil/export\\.hpp")
-room(load FILES src/load/*.hpp src/load/*.cpp include/service/util/config/xml/*.hpp
-    include/service/util/config/xml/*.in
-  SEES ${load})
-room(plain FILES src/plain/*.hpp src/plain/*.cpp
-  SEES "plain/" "service/util/config/grammar/" ${load})
-room(report FILES src/report/*.hpp src/report/*.cpp SEES "report/" ${load})
-room(xml FILES src/xml/*.hpp src/xml/*.cpp
-  SEES "(xml|report)/" "service/util/config/grammar/" ${load} ${toolkit})
-room(entry FILES src/entry/*.hpp src/entry/*.cpp SEES "(entry|plain)/" ${load})
-room(bind FILES src/bind/*.hpp src/bind/*.cpp include/service/util/config/bind.hpp
-    include/service/util/config/bind/*.hpp
+room(load FILES src/load/* ${headers}/xml/* SEES ${load})
+room(plain FILES src/plain/* SEES "plain/" "service/util/config/grammar/" ${load})
+room(report FILES src/report/* SEES "report/" ${load})
+room(xml FILES src/xml/* SEES "(xml|report)/" "service/util/config/grammar/" ${load} ${toolkit})
+room(entry FILES src/entry/* SEES "(entry|plain)/" ${load})
+room(bind FILES src/bind/* ${headers}/bind.hpp ${headers}/bind/*
   SEES "bind/" "service/util/config/bind[./]" ${load})
-room(write FILES src/write/*.hpp src/write/*.cpp SEES "write/" "service/util/config/grammar/" ${model})
-room(live FILES src/live/*.hpp src/live/*.cpp include/service/util/config/Live.hpp
-    include/service/util/config/live/*.hpp
+room(write FILES src/write/* SEES "write/" "service/util/config/grammar/" ${model})
+room(live FILES src/live/* ${headers}/Live.hpp ${headers}/live/*
   SEES "(live|bind|write)/" "service/util/config/(live/|Live\\.hpp|bind[./])" ${load})
 
 # The command is a caller of the library. No command calls another.
-room(shared FILES tools/zuconfig/shared/*.hpp tools/zuconfig/shared/*.cpp
-  SEES "(shared|report|CLI|nlohmann)/" ${public})
-room(page FILES tools/zuconfig/page/*.hpp tools/zuconfig/page/*.cpp
-  SEES "(page|shared|report|nlohmann)/" ${public})
-room(schema FILES tools/zuconfig/schema/*.hpp tools/zuconfig/schema/*.cpp
-  SEES "(schema|shared|write)/" ${public})
-room(commands FILES tools/zuconfig/commands/*.hpp tools/zuconfig/commands/*.cpp
-    tools/zuconfig/main.cpp
+set(command tools/zuconfig)
+room(shared FILES ${command}/shared/* SEES "(shared|report|CLI|nlohmann)/" ${public})
+room(page FILES ${command}/page/* SEES "(page|shared|report|nlohmann)/" ${public})
+room(schema FILES ${command}/schema/* SEES "(schema|shared|write)/" ${public})
+room(commands FILES ${command}/commands/* ${command}/main.cpp
   SEES "commands/Command\\.hpp" "(page|schema|shared|write|CLI|nlohmann)/" ${public})
 
 foreach(folder IN ITEMS include src support toolkit platform tools)

@@ -24,8 +24,8 @@ TEST(FindAllTest, GivesTheMatchAndWhatItHides) {
   fs::create_symlink("../a/x", folder.path / "linked/x");
   const fs::path before = fs::current_path();
   fs::current_path(folder.path / "here");
-  setSearchPath({"{T}/d", "", "{T}/a", "{T}/a/", "{T}/linked", "../b", "{T}/here", "{T}/c"});
-  std::vector<std::string> entries = ConfigLocator::getEntries();
+  std::vector<std::string> entries = {"{T}/d",      "",     "{T}/a",    "{T}/a/",
+                                      "{T}/linked", "../b", "{T}/here", "{T}/c"};
   for (std::string& entry : entries) entry = replaceAll(entry, "{T}", folder.path);
   setSearchPath(entries);
   EXPECT_EQ(ConfigLocator::getEntries(), entries);
@@ -69,14 +69,12 @@ TEST(FindAllTest, ReadsThePathAtOneMoment) {
       ConfigLocator::remove("/one");
     }
   });
-  int wrong = 0;
   for (int i = 0; i < 200; ++i) {
     const auto now = ConfigLocator::getEntries();
-    if (now != entries && now != longer) ++wrong;
+    EXPECT_TRUE(now == entries || now == longer);
   }
   isOver = true;
   other.join();
-  EXPECT_EQ(wrong, 0);
 }
 
 }  // namespace

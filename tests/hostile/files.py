@@ -1,77 +1,24 @@
-"""Files of all kinds and names, as the file to load and as the one to include: the file that the
-kernel would open is the one that is read, and whatever cannot be read is an error."""
+"""Files of all kinds, names and encodings: the file that the kernel would open is the one that is
+read, what the XML library can read loads, with the values in the local code page, and whatever
+cannot be read is an error."""
 
 import os
-from xml.sax.saxutils import escape
 
-from harness import Row, config, failed, loaded, prop, reported, write
+from harness import Row, config, failed, fatal, include, loaded, prop, reported, write
 
-NOT_FOUND = failed("", 1)
 RIGHT = config(prop("right"))
 WRONG = config(prop("wrong"))
+MISPLACED = "comment or processing instruction expected"
 
 
-def include(name):
-    return f"<include>{escape(name)}</include>"
-
-
-def not_included(name):
-    # The double blank is part of the message.
-    return failed('XMLParser: in file "{DIR}/main.xml" at line {N} at column {N}:  included '
-                  f"configuration file '{name}' not found!", 3)
-
-
-def both(label, name, make, is_found):
-    """make: gets the directory, and makes what name says there."""
-    def with_main(directory):
-        make(directory)
-        write(directory, config(include(name)))
-
-    right = loaded("p=right")
-    yield Row(f"{label}, loaded", make, right if is_found else NOT_FOUND, file=name)
-    yield Row(f"{label}, included", with_main, right if is_found else not_included(name))
-
-
-def found():
+def names(port):
     def link_and_parent(d):
-        write(d, {"x.xml": WRONG, "other/x.xml": RIGHT, "other/sub/x.xml": WRONG})
+        write(d, {"x.xml": WRONG, "other/x.xml": RIGHT, "other/sub/x.xml": WRONG,
+                  "main.xml": config(include("link/../x.xml"))})
         os.symlink("other/sub", d / "link")
 
-    def link(d):
-        write(d, {"other/x.xml": RIGHT})
-        os.symlink("other/x.xml", d / "two")
-        os.symlink("two", d / "x.xml")
-
-    yield "a link to a link", "x.xml", link
-    yield "the parent of a link", "link/../x.xml", link_and_parent
-    yield "the longest name", "n" * 251 + ".xml", lambda d: write(d, {"n" * 251 + ".xml": RIGHT})
-
-
-def not_found():
-    nothing = lambda d: None
-    yield "a FIFO", "x.xml", lambda d: os.mkfifo(d / "x.xml")
-    yield "/dev/zero", "/dev/zero", nothing
-    yield "a link loop", "x.xml", lambda d: os.symlink("x.xml", d / "x.xml")
-    yield "a name that is too long", "n" * 252 + ".xml", nothing
-
-
-def of_length(directory, length):
-    """The path of x.xml, of that many bytes."""
-    slashes = length - len(os.fsencode(directory)) - len("x.xml")
-    return str(directory) + "/" * slashes + "x.xml"
-
-
-def long_paths():
-    for length, is_found in ((4095, True), (4096, False)):
-        yield Row(f"a path of {length} bytes, loaded", {"x.xml": RIGHT},
-                  loaded("p=right") if is_found else NOT_FOUND,
-                  file=lambda d, n=length: of_length(d, n))
-        yield Row(f"a path of {length} bytes, included", lambda d, n=length: write(d, {
-            "x.xml": RIGHT, "main.xml": config(include(of_length(d, n)))}),
-            loaded("p=right") if is_found else not_included("{DIR}{SLASHES}x.xml"))
-
-
-def odd_names(port):
+    yield Row("the parent of a link", link_and_parent, loaded("p=right"), file="link/../x.xml")
+    yield Row("the parent of a link, included", link_and_parent, loaded("p=right"))
     for name in ("a b", "a%20b", "%", "a#b", "a\nb", "a\\b", "é€😀", f"http://127.0.0.1:{port}/x"):
         file = f"{name}/{name}.xml"
         directory = os.path.dirname(file)
@@ -81,80 +28,76 @@ def odd_names(port):
             f"{directory}/e.txt": "entity", f"{directory}/{name}.part": RIGHT},
             loaded("p=entity", "p=right"), file=file)
         yield Row(f"named {name!r}, malformed", {
-            "main.xml": config(include(file)), file: RIGHT + "<"},
-            reported(("FATAL", "{DIR}/" + file, 1, "{N}",
-                      "comment or processing instruction expected")))
-    bytes_name = b"\xe9/\xff.xml"
+            "main.xml": config(include(file)), file: RIGHT + "<"}, fatal(MISPLACED, file, 1))
+    name = b"\xe9/\xff.xml"
     part = config(include("part.xml"))
-    yield Row("names that are not UTF-8", {bytes_name: part, b"\xe9/part.xml": RIGHT},
-              loaded("p=right"), file=bytes_name)
-    yield Row("names that are not UTF-8, malformed", {bytes_name: part + "<"}, reported(
-        ("FATAL", "{DIR}/�/�.xml", 1, "{N}", "comment or processing instruction expected")),
-        file=bytes_name)
+    yield Row("names that are not UTF-8", {name: part, b"\xe9/part.xml": RIGHT},
+              loaded("p=right"), file=name)
+    yield Row("names that are not UTF-8, malformed", {name: part + "<"},
+              fatal(MISPLACED, "�/�.xml", 1), file=name)
 
 
 def without_directory():
-    def leave(_directory):
+    def leave():
         os.mkdir("gone")
         os.chdir("gone")
         os.rmdir("../gone")
 
     yield Row("no current directory", RIGHT, loaded("p=right"), before=leave)
-    yield Row("no current directory to look in", RIGHT, NOT_FOUND, before=leave,
+    yield Row("no current directory to look in", RIGHT, failed("", 1), before=leave,
               environment={"ZU_CONFIG_PATH": ""})
-    yield Row("no current directory to name the file by", RIGHT, failed(
-        'Argument "name" was found as "../main.xml", but the current directory has no name to make '
-        "that absolute!", 4), file="../main.xml", before=leave, environment={"ZU_CONFIG_PATH": ""})
 
 
-def changes():
-    """Between the search and the end of the reading."""
-    def unopened(path):
-        return reported(("FATAL", "", 0, 0, f"unable to open primary document entity '{path}'"))
+def unreadable():
+    yield Row("a file becomes a FIFO", {"main.xml": config(include("fifo.xml")), "fifo.xml": RIGHT},
+              reported(("FATAL", "", 0, 0,
+                        "unable to open primary document entity '{DIR}/fifo.xml'")))
+    yield Row("a file that cannot be read", lambda d: os.symlink("/proc/self/mem", d / "main.xml"),
+              failed('XMLParser: in file "{DIR}/main.xml": reading failed: Input/output error!'))
+    for name, path in (("fifo", "{DIR}/fifo"), ("/dev/zero", "/dev/zero")):
+        def beside_fifo(content):
+            return lambda d: (os.mkfifo(d / "fifo"), write(d, content))
 
-    def broken_off(path):
-        return reported(("FATAL", path, 1, "{N}", "input ended before all started tags were "
-                                                  "ended; last tag started is 'property'"))
-
-    def unread(path):
-        return failed(f'XMLParser: in file "{path}": reading failed: Input/output error!')
-
-    long = config(prop("x" * 100000))
-    for event, expected in (("vanish", unopened), ("fifo", unopened), ("device", unopened),
-                            ("truncate", broken_off), ("read error", unread)):
-        yield Row(f"{event}, loaded", long, expected("{DIR}/main.xml"),
-                  arguments=["--during", event, "main.xml"])
-        yield Row(f"{event}, included", {"main.xml": config(include("x.xml")), "x.xml": long},
-                  expected("{DIR}/x.xml"), arguments=["--during", event, "x.xml"])
-
-
-def references():
-    """What a document, or the caller's scheme list, brings in besides the document."""
-    kinds = (("entity", '[<!ENTITY e SYSTEM "{0}">]', prop("&e;"), "external entity"),
-             ("document type", 'SYSTEM "{0}"', prop("x"), "DTD document"))
-
-    def beside_others(content):
-        return lambda d: (os.mkfifo(d / "fifo"), os.mkdir(d / "directory"), write(d, content))
-
-    for name, path in (("fifo", "{DIR}/fifo"), ("directory", "{DIR}/directory"),
-                       ("/dev/zero", "/dev/zero")):
-        for kind, reference, content, what in kinds:
-            document = config(content, prolog=f"<!DOCTYPE config {reference.format(name)}>")
-            yield Row(f"{name} as {kind}", beside_others(document), reported(
-                ("FATAL", "{DIR}/main.xml", 1, "{N}", f"unable to open {what} '{path}'")))
-        yield Row(f"{name} as schema", beside_others('<config xmlns="urn:s"/>'), reported(
+        for kind, reference, content in (
+                ("external entity", f'[<!ENTITY e SYSTEM "{name}">]', prop("&e;")),
+                ("DTD document", f'SYSTEM "{name}"', prop("x"))):
+            document = config(content, prolog=f"<!DOCTYPE config {reference}>")
+            yield Row(f"{name} as {kind}", beside_fifo(document),
+                      fatal(f"unable to open {kind} '{path}'", line=1))
+        yield Row(f"{name} as schema", beside_fifo('<config xmlns="urn:s"/>'), reported(
             ("WARNING", "", 0, 0, f"unable to open primary document entity '{path}'"),
             ("ERROR", "{DIR}/main.xml", 1, "{N}", "no declaration found for element 'config'")),
-            validate=True, schemes=[("urn:s", name)])
+            validate=True, schemes=("urn:s", name))
+
+
+def encodings():
+    text = "é€😀"
+
+    def document(declaration, value=text):
+        return config(prop(value), prolog=f"<?xml version={declaration}?>")
+
+    yield Row("version 1.1 and control characters", document('"1.1"', "a&#1;&#x85;\x85b"),
+              loaded("p=a\x01\x85\nb"))
+    yield Row("NUL in a tag", config("<other\0/>"), fatal("unexpected end of input", line=1))
+    yield Row("UTF-8 with an overlong slash", config(prop("@")).encode().replace(b"@", b"\xc0\xaf"),
+              fatal("invalid byte '�' at position 1 of a 1-byte sequence", line=1, column=1))
+    long = "X" * 10000  # makes the longest message
+    yield Row("a long name of no encoding", document(f'"1.0" encoding="{long}"'),
+              fatal(f"unable to create converter for '{long}' encoding"[:2047], line=1))
+    # What the first bytes show counts, and the declaration only within that.
+    utf_16 = document('"1.0" encoding="UTF-16"')
+    yield Row("UTF-8 that says UTF-16", utf_16, loaded("p=" + text))
+    # The XML library's local code page does not follow the locale on these systems.
+    yield Row("values under LC_ALL=C", utf_16.encode("utf-16"), loaded("p=" + text),
+              environment={"LC_ALL": "C"})
+    yield Row("files and entities of different encodings", {
+        "main.xml": config(prop("&e;") + include("part.xml"),
+                           prolog='<!DOCTYPE config [<!ENTITY e SYSTEM "e.txt">]>'),
+        "e.txt": '<?xml version="1.0" encoding="ISO-8859-1"?>é'.encode("latin-1"),
+        "part.xml": ("\ufeff" + config(prop(text))).encode("utf-16-le")},
+        loaded("p=é", "p=" + text))
 
 
 def rows(port):
-    for label, name, make in found():
-        yield from both(label, name, make, True)
-    for label, name, make in not_found():
-        yield from both(label, name, make, False)
-    yield from long_paths()
-    yield from odd_names(port)
-    yield from without_directory()
-    yield from changes()
-    yield from references()
+    for table in (names(port), without_directory(), unreadable(), encodings()):
+        yield from table

@@ -2,20 +2,20 @@
 
 A table is a list of rows. A row writes its files into a directory of its own, which is also the
 search path, and says what the program is to print: {DIR} stands for that directory, {N} for a
-number, {POINTER} for an address. The process may use some seconds of CPU time, some memory and the
-usual stack; it is killed when it hangs.
+number. The process may use some seconds of CPU time, some memory and some stack; it is killed when
+it hangs.
 """
 
 import os
 import re
 import resource
+import select
 import shutil
 import signal
 import socket
 import subprocess
 import sys
 import tempfile
-import threading
 from dataclasses import dataclass, field
 from pathlib import Path
 from typing import Callable, Optional
@@ -30,13 +30,15 @@ class Row:
     # The content of main.xml, or {file name: content}, or a function of the directory.
     files: object
     expected: object  # what the program prints; a tuple of texts when each of them is good
+    file: object = "main.xml"  # what to load
     validate: bool = False
-    schemes: list = field(default_factory=list)
-    arguments: list = field(default_factory=list)
-    file: object = "main.xml"  # what to load, or a function of the directory
+    schemes: tuple = ()  # namespaces and locations in turn
+    thread: bool = False  # load on another thread than the first
+    later_stack: int = 0  # what the stack is limited to after first.xml was loaded
     environment: dict = field(default_factory=dict)
-    before: Optional[Callable] = None  # called in the process, with the directory
+    before: Optional[Callable] = None  # called in the process
     seconds: int = 2
+    stack: int = 8 * MEBIBYTE
     megabytes: int = 200
     needs_limit: bool = False  # the outcome comes from the limit on memory
 
@@ -49,10 +51,9 @@ def failed(message, code=6):
     return f"FAILED {code}\n{message}\n"
 
 
-def at(place, reason, file="main.xml"):
-    line, column = place
+def at(line, reason, file="main.xml"):
     return failed(
-        f'XMLParser: in file "{{DIR}}/{file}" at line {line} at column {column}: {reason}!')
+        f'XMLParser: in file "{{DIR}}/{file}" at line {line} at column {{N}}: {reason}!')
 
 
 def reported(*problems):
@@ -62,6 +63,10 @@ def reported(*problems):
     return failed("XML Parser reported the following errors:\n" + "".join(lines))
 
 
+def fatal(message, file="main.xml", line="{N}", column="{N}"):
+    return reported(("FATAL", "{DIR}/" + file, line, column, message))
+
+
 def config(content, attributes="", prolog=""):
     return (f'{prolog}<config xmlns="{NAMESPACE}" name="n" version="1"{attributes}>'
             f"{content}</config>")
@@ -69,6 +74,10 @@ def config(content, attributes="", prolog=""):
 
 def prop(value, name="p"):
     return f'<property name="{name}">{value}</property>'
+
+
+def include(name):
+    return f"<include>{name}</include>"
 
 
 def write(directory, files):
@@ -84,27 +93,17 @@ def write(directory, files):
 
 
 def matches(text, expected, directory):
-    if isinstance(expected, tuple):
-        return any(matches(text, one, directory) for one in expected)
     if text == expected:
         return True
-    if len(text) > 100000:
-        return False
     pattern = re.escape(expected)
-    for placeholder, what in (("{DIR}", re.escape(str(directory))), ("{N}", "[0-9]+"),
-                              ("{POINTER}", "0x[0-9a-f]+"),
-                              ("{STEPS}", "[ab./]+"), ("{SLASHES}", "/+")):
+    for placeholder, what in (("{DIR}", re.escape(str(directory))), ("{N}", "[0-9]+")):
         pattern = pattern.replace(re.escape(placeholder), what)
-    return re.fullmatch(pattern, text) is not None
+    return len(text) < 100000 and re.fullmatch(pattern, text) is not None
 
 
 def run(command, is_slow, row, directory):
     """What the program printed, and how it ended when not with 0. is_slow: under an emulator or a
     sanitizer, where there is no limit on memory and more time."""
-    arguments = [*row.arguments, *(["--validate"] if row.validate else [])]
-    for uri, location in row.schemes:
-        arguments += ["--scheme", uri, location]
-
     def prepare():
         seconds = row.seconds * (20 if is_slow else 1)
         resource.setrlimit(resource.RLIMIT_CPU, (seconds, seconds))
@@ -112,16 +111,16 @@ def run(command, is_slow, row, directory):
         if not is_slow:
             size = row.megabytes * MEBIBYTE
             resource.setrlimit(resource.RLIMIT_AS, (size, size))
-        resource.setrlimit(resource.RLIMIT_STACK, (8 * MEBIBYTE, resource.RLIM_INFINITY))
+        resource.setrlimit(resource.RLIMIT_STACK, (row.stack, resource.RLIM_INFINITY))
         os.chdir(directory)
         if row.before:
-            row.before(directory)
+            row.before()
 
+    options = [str(int(option)) for option in (row.validate, row.thread, row.later_stack)]
     environment = {**os.environ, "ZU_CONFIG_PATH": str(directory), "LC_ALL": "C.UTF-8",
                    **row.environment}
-    file = row.file(directory) if callable(row.file) else row.file
     try:
-        process = subprocess.run([*command, *arguments, file], preexec_fn=prepare,
+        process = subprocess.run([*command, row.file, *options, *row.schemes], preexec_fn=prepare,
                                  env=environment, stdin=subprocess.DEVNULL,
                                  stdout=subprocess.PIPE, stderr=subprocess.PIPE,
                                  timeout=600 if is_slow else 60)
@@ -139,55 +138,33 @@ def shortened(text):
     return text if len(text) < 3000 else f"{text[:1500]}\n[...]\n{text[-500:]}"
 
 
-def check(command, is_slow, rows, listener):
-    failures = 0
-    for row in rows:
-        if row.needs_limit and is_slow:
-            print(f"-- {row.name}: left out, there is no limit on memory here")
-            continue
-        connections = listener.count
-        directory = Path(tempfile.mkdtemp(prefix="zu-hostile-")).resolve()
-        try:
-            write(directory, row.files)
-            text = run(command, is_slow, row, directory)
-        finally:
-            shutil.rmtree(os.fsencode(directory), ignore_errors=True)
-        connected = listener.count != connections
-        if matches(text, row.expected, directory) and not connected:
-            print(f"ok {row.name}")
-            continue
-        failures += 1
-        print(f"FAILED {row.name}{': connected to the network' if connected else ''}\n"
-              f"  expected: {shortened(row.expected)!r}\n  printed:  {shortened(text)!r}")
-    return failures
-
-
-class Listener:
-    """Notices connections to a port of this machine, and closes them."""
-
-    def __init__(self):
-        self.socket = socket.create_server(("127.0.0.1", 0))
-        self.port = self.socket.getsockname()[1]
-        self.count = 0
-        threading.Thread(target=self._accept, daemon=True).start()
-        with socket.create_connection(("127.0.0.1", self.port)) as connection:
-            connection.recv(1)
-        assert self.count == 1, "a connection goes unnoticed"
-
-    def _accept(self):
-        while True:
-            connection, _ = self.socket.accept()
-            self.count += 1
-            connection.close()
+def check(command, is_slow, row, listener):
+    """Whether the row gives what it should, without a connection to the listener's port."""
+    directory = Path(tempfile.mkdtemp(prefix="zu-hostile-")).resolve()
+    try:
+        write(directory, row.files)
+        text = run(command, is_slow, row, directory)
+    finally:
+        shutil.rmtree(os.fsencode(directory), ignore_errors=True)
+    if select.select([listener], [], [], 0)[0]:
+        listener.accept()[0].close()
+        text += "CONNECTED TO THE NETWORK\n"
+    expected = row.expected if isinstance(row.expected, tuple) else (row.expected,)
+    if any(matches(text, one, directory) for one in expected):
+        print(f"ok {row.name}")
+        return True
+    print(f"FAILED {row.name}\n  expected: {shortened(' or '.join(expected))!r}\n"
+          f"  printed:  {shortened(text)!r}")
+    return False
 
 
 def main():
     topic, slow, *command = sys.argv[1:]
-    table = __import__(topic)
-    listener = Listener()
-    rows = list(table.rows(listener.port))
-    failures = check(command, slow == "slow", rows, listener)
-    print(f"{len(rows)} rows, {failures} failed")
+    listener = socket.create_server(("127.0.0.1", 0))
+    rows = [row for row in __import__(topic).rows(listener.getsockname()[1])
+            if slow == "fast" or not row.needs_limit]
+    failures = [row.name for row in rows if not check(command, slow == "slow", row, listener)]
+    print(f"{len(rows)} rows, {len(failures)} failed")
     return 1 if failures or not rows else 0
 
 

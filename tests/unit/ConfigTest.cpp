@@ -86,20 +86,9 @@ TEST(Config, KeepsItsOrder) {
   EXPECT_EQ(contentOf(config),
             "\0=2,1,2,;  =2,1,2,; a=2,1,2,; a\0b=2,1,2,; a[0]=2,1,2,; \xc3\xa4=2,1,2,; "
             "\0{}  {} a{} a\0b{} a[0]{} \xc3\xa4{} "s);
-}
-
-TEST(Config, LeavesTheValueOfWhatIsMissing) {
-  Config config;
-  config.addProperty("a", "1");
-  config.addSection("s");
-  std::string value = "untouched";
-  for (const auto& [name, index] : {std::pair("a", 1U), {"s", 0U}}) {
-    EXPECT_FALSE(config.getProperty(name, value, index)) << name;
-    EXPECT_EQ(value, "untouched") << name;
-  }
-  EXPECT_EQ(config.getPropertyCount("a"), 1U);
-  EXPECT_EQ(config.getPropertyCount("s"), 0U);
-  EXPECT_EQ(config.getSectionCount("a"), 0U);
+  EXPECT_EQ(config.getPropertyCount("a"), 3U);
+  EXPECT_EQ(config.getPropertyCount("b"), 0U);
+  EXPECT_EQ(config.getSectionCount("b"), 0U);
 }
 
 // Destruction must not recurse, yet leave alone what the caller still holds.

@@ -27,6 +27,10 @@ def depths():
         yield Row(f"10,000 {kind}, small stack", config(nested(10000)),
                   (whole(10000), DEEP_ELEMENTS, DEEP_WALK), **SMALL)
         yield Row(f"100,000 {kind}", config(nested(100000)), DEEP_ELEMENTS)
+    yield Row("900 groups in a content model, small stack", {
+        "main.xml": '<!DOCTYPE config SYSTEM "d.dtd"><config/>',
+        "d.dtd": "<!ELEMENT config " + "(" * 900 + "x" + ")?" * 900 + ">"},
+        at(1, "content model too large", "d.dtd"), validate=True, **SMALL)
     yield Row("100,000 sections, validated", config(sections(100000)), DEEP_ELEMENTS, validate=True)
 
 

@@ -63,7 +63,7 @@ namespace {
 std::string shortened(const std::string& file) {
   std::error_code error;
   const auto current = std::filesystem::current_path(error).string() + "/";
-  const std::string path = std::filesystem::path(file).lexically_normal();
+  std::string path = std::filesystem::path(file).lexically_normal();
   if (error || current == "//" || path.rfind(current, 0) != 0) return path;
   return path.substr(current.size());
 }

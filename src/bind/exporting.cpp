@@ -81,12 +81,13 @@ class Export {
 
   static void addNames(const NameList& names, Described& described) {
     bool hasAlias = false;
-    for (const auto& [name, value] : names) {
-      const auto first = std::find_if(names.begin(), names.end(),
-                                      [&](const auto& other) { return other.second == value; });
+    for (const auto& named : names) {
+      const auto first = std::find_if(names.begin(), names.end(), [&](const auto& other) {
+        return other.second == named.second;
+      });
       described.numbers.push_back(static_cast<std::uint32_t>(first - names.begin()));
       hasAlias |= described.numbers.back() != described.names.size();
-      described.names.emplace_back(name);
+      described.names.emplace_back(named.first);
     }
     if (!hasAlias) described.numbers.clear();
   }

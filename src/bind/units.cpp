@@ -92,7 +92,9 @@ std::optional<Unit> parseUnit(const ValueRules& rules, const std::string& text) 
   const auto [stopped, error] = std::from_chars(text.data(), end, count);
   if (!rules.hasUnit() || error != std::errc() || count < 1) return std::nullopt;
   for (const Unit& named : rules.kind == Kind::BYTES ? sizes() : times()) {
-    if (named.name == std::string_view(stopped, end - stopped)) return multiple(count, named);
+    if (named.name == std::string_view(stopped, static_cast<std::size_t>(end - stopped))) {
+      return multiple(count, named);
+    }
   }
   return std::nullopt;
 }

@@ -184,7 +184,7 @@ std::optional<Fault> parseNumber(const ValueRules& rules, const std::string& tex
 
 std::optional<Fault> parseName(const ValueRules& rules, const std::string& text, void* value) {
   if (rules.kind == Kind::BOOLEAN) {
-    const auto found = std::find(truths.begin(), truths.end(), text);
+    const auto* const found = std::find(truths.begin(), truths.end(), text);
     if (found != truths.end()) {
       if (value != nullptr) *static_cast<bool*>(value) = (found - truths.begin()) % 2 == 0;
       return std::nullopt;

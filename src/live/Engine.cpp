@@ -84,7 +84,7 @@ struct Engine::State {
         listeners(choices.checks) {}
 
   void start();
-  void startFromLastGood(const Reading& refused);
+  void startFromLastGood(const Reading& wrong);
   void enforce(const Reading& reading);
   std::optional<Reading> read();
   Result take(Reading& reading);

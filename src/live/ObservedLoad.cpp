@@ -9,7 +9,9 @@ void ObservedLoad::fileLookedUp(const std::string& name, const std::string& path
   for (const std::string& directory :
        isAlongPath ? locator::ConfigLocator::getEntries() : std::vector<std::string>{""}) {
     const bool needsSlash = !directory.empty() && directory.back() != '/';
-    const std::string place = directory + (needsSlash ? "/" : "") + name;
+    std::string place = directory;
+    if (needsSlash) place += '/';
+    place += name;
     if (!places.add(place)) continue;
     // What is found may be spelled otherwise.
     isMissed |= path.empty() || locator::identityOf(place) != locator::identityOf(path);

@@ -79,7 +79,7 @@ bool Signals::take() {
   std::uint64_t expirations = 0;
   [[maybe_unused]] const ssize_t ignored = ::read(timer.get(), &expirations, sizeof expirations);
   bool isOfInterest = false;
-  alignas(inotify_event) std::array<char, 16 * 1024> buffer;
+  alignas(inotify_event) std::array<char, std::size_t{16} * 1024> buffer;
   while (events.get() >= 0) {
     const ssize_t size = ::read(events.get(), buffer.data(), buffer.size());
     if (size < 0 && errno == EINTR) continue;

@@ -24,9 +24,9 @@ class Trigger {
 
   int fd() const { return signals.fd(); }
 
-  // The files were read, or are about to be watched for the first time; they depend on places.
-  // Answers whether one of these has changed since it was noted.
-  bool follow(Places places);
+  // The files were read, or are about to be watched for the first time; they depend on the
+  // places read. Answers whether one of these has changed since it was noted.
+  bool follow(Places read);
 
   // Whether the files are to be read now. Does not block.
   bool poll();

@@ -7,8 +7,9 @@
 namespace service::util::config::internal {
 
 Contents::Contents(const IConfigPtr& config) {
-  if (config != nullptr && typeid(*config) == typeid(Config)) {
-    const auto& own = static_cast<const Config&>(*config);
+  const IConfig* given = config.get();
+  if (given != nullptr && typeid(*given) == typeid(Config)) {
+    const auto& own = static_cast<const Config&>(*given);
     heldProperties = &own.properties;
     heldSections = &own.sections;
     return;

@@ -217,8 +217,8 @@ class ZU_EXPORT Fields {
   Fields(std::initializer_list<internal::FieldHandle> fields);
 
   // The same description again.
-  Fields(const Fields&);
-  Fields& operator=(const Fields&);
+  Fields(const Fields& other);
+  Fields& operator=(const Fields& other);
   ~Fields();
 
   // What it does not name is left alone, for files that several programs share.

@@ -75,8 +75,8 @@ using Check = std::function<void(const Snapshot& now, const Snapshot& next,
 class ZU_EXPORT Choices {
  public:
   Choices();
-  Choices(const Choices&);
-  Choices& operator=(const Choices&);
+  Choices(const Choices& other);
+  Choices& operator=(const Choices& other);
   ~Choices();
 
   void keepLastGood(const std::string& path);

@@ -24,7 +24,7 @@ struct Edge {
 
 struct Layout {
   // The sizes of the boxes are given; the first one is the root. Edges from every box, by number.
-  Layout(std::vector<Box> boxes, const std::vector<std::vector<std::size_t>>& targets);
+  Layout(std::vector<Box> sizes, const std::vector<std::vector<std::size_t>>& targets);
 
   std::vector<Box> boxes;
   std::vector<Edge> edges;

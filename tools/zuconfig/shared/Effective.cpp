@@ -102,7 +102,7 @@ std::string Effective::pathOf(const Pattern& pattern) const {
   if (sections.size() + 1 < pattern.parts.size()) return "";
   const std::string around = sections.empty() ? "" : sections.back().path;
   const Part& last = pattern.parts.back();
-  const std::string path = spellPath(around, last.name, 0, 1);
+  std::string path = spellPath(around, last.name, 0, 1);
   if (entries.count(path) > 0) return path;
   const std::string indexed = spellPath(around, last.name, last.index, UINT32_MAX);
   return entries.count(indexed) > 0 ? indexed : "";

@@ -64,7 +64,7 @@ std::string fileOf(const std::string& program) {
   const auto directories = descriptionDirectories();
   std::string places;
   for (const std::string& directory : directories) {
-    const std::string file = directory + "/" + program + ".xml";
+    std::string file = std::filesystem::path(directory) / (program + ".xml");
     std::error_code error;
     if (std::filesystem::exists(file, error)) return file;
     places += (places.empty() ? "" : ", ") + directory;
@@ -78,7 +78,7 @@ Settings loaded(const std::string& program) {
   try {
     return Settings::load(file);
   } catch (const Exception& e) {
-    const std::string message = e.getMessage();
+    const std::string& message = e.getMessage();
     throw Failure(NOT_LOADED, "--for " + program + ": " + file + " describes no settings: " +
                                   std::string(e.what()) + (message.empty() ? "" : ": " + message));
   }
@@ -143,9 +143,9 @@ std::string Programs::leftToThem() const {
       hasChecks = hasChecks || described.hasChecks;
       if (described.type == Kind::CUSTOM) texts += (texts.empty() ? "" : ", ") + described.path;
     }
-    if (!texts.empty()) texts = "the texts of " + texts;
-    if (hasChecks) texts = "checks across settings" + (texts.empty() ? "" : "; " + texts);
-    if (!texts.empty()) left += (left.empty() ? "left to " : "; to ") + program.name + ": " + texts;
+    std::string all = hasChecks ? "checks across settings" : "";
+    if (!texts.empty()) all.append(all.empty() ? "" : "; ").append("the texts of ").append(texts);
+    if (!all.empty()) left += (left.empty() ? "left to " : "; to ") + program.name + ": " + all;
   }
   return left;
 }

@@ -130,13 +130,13 @@ IConfigPtr Secrets::masked(const IConfigPtr& config) const {
   return copy.root;
 }
 
-IConfigPtr loadMasked(Loader& loader, const ProgramOptions& options, const std::string& file) {
-  const Programs programs(options);
-  if (programs.secretNames().empty()) return loader.load(file);
-  Secrets secrets(programs, loader.getSources());
+IConfigPtr loadMasked(Loader& loader, const ProgramOptions& programs, const std::string& file) {
+  const Programs described(programs);
+  if (described.secretNames().empty()) return loader.load(file);
+  Secrets secrets(described, loader.getSources());
   Origins origins;
   const IConfigPtr config = loader.load(file, origins);
-  secrets.add(programs.judge(config, origins), config, origins);
+  secrets.add(described.judge(config, origins), config, origins);
   return secrets.masked(config);
 }
 

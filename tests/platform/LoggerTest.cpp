@@ -148,12 +148,12 @@ TEST(Logger, WaitsForTheCallbackThatItReplaces) {
 // Longer than a pipe takes at once, so that a line that is not guarded is torn, and so that signals
 // end a write early, or before it has begun.
 TEST(Logger, WritesWholeLinesFromTwoThreadsInSpiteOfSignals) {
-  constexpr std::size_t size = 200000;
+  constexpr std::size_t size = 500000;
   const std::string written = writtenInChild([] {
     struct sigaction action {};
     action.sa_handler = [](int) {};
     ::sigaction(SIGALRM, &action, nullptr);
-    const itimerval often = {{0, 200}, {0, 200}};
+    const itimerval often = {{0, 50}, {0, 50}};
     ::setitimer(ITIMER_REAL, &often, nullptr);
     const auto logMany = [](char letter) {
       for (int i = 0; i < 20; ++i) log(CU_FATAL, std::string(size, letter));

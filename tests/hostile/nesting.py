@@ -80,4 +80,6 @@ def rows(_port):
     yield from depths()
     yield from includes()
     for name, content, expected in squares():
-        yield Row(name, config(content, ' xmlns:p="urn:p"'), expected, stack=resource.RLIM_INFINITY, megabytes=400)
+        yield Row(name, config(content, ' xmlns:p="urn:p"'), expected, megabytes=400,
+                  stack=resource.RLIM_INFINITY,
+                  environment={"QEMU_STACK_SIZE": str(1 << 30)})  # of an emulator, by its own

@@ -47,6 +47,16 @@ TEST(CheckTest, ReadsAPartThatComesAgainOnce) {
             "times at most [unloadable], 0 includes\n");
 }
 
+TEST(CheckTest, TellsTheEndsOfALongCircle) {
+  const TemporaryFolder folder;
+  writeChain(folder, 12, 1);
+  folder.write("12.xml", "<config><include>0.xml</include></config>");
+  EXPECT_EQ(problemsOf(folder, "0.xml"),
+            "{T}/12.xml:1: this include closes a circle, which a load follows until it fails: "
+            "{T}/0.xml -> {T}/1.xml -> {T}/2.xml -> {T}/3.xml -> (6 more) -> {T}/10.xml -> "
+            "{T}/11.xml -> {T}/12.xml -> {T}/0.xml [include-cycle], 12 includes\n");
+}
+
 TEST(CheckTest, NeedsNoStackForIncludes) {
   const TemporaryFolder folder;
   writeChain(folder, 500, 1);

@@ -7,9 +7,11 @@
 #include <functional>
 
 #include "TemporaryFolder.hpp"
+#include "service/util/config/xml/format.hpp"
 
 namespace {
 
+namespace xml = service::util::config::xml;
 using service::util::config::report::SourceFile;
 using service::util::config::report::SourceText;
 
@@ -71,6 +73,17 @@ TEST(SourceText, QuotesAroundThePlace) {
   EXPECT_EQ(source.excerpt(range.start()).text(), text.substr(column - 61, 160));
   EXPECT_EQ(source.excerpt({file, 2, 1}).text(), "");
   EXPECT_EQ(source.excerpt({folder.path, 1, 1}).text(), "");
+}
+
+TEST(SourceText, QuotesAShortLineWhole) {
+  const TemporaryFolder folder;
+  const std::string file = folder.path / "f.xml";
+  folder.write("f.xml", std::string(100, 'a') + "\r<b/>\n");
+  SourceText source;
+  EXPECT_EQ(source.excerpt({file, 1, 90}).text(), std::string(100, 'a'));
+  EXPECT_EQ(source.rangeOf({file, 2, 90}).column, 90) << "behind the line";
+  EXPECT_EQ(xml::format({xml::Severity::ERROR, "rule", "\x1b[2J", "", {"\n"}, {}}),
+            "\\n: error: \\x1b[2J [rule]\n");
 }
 
 TEST(SourceText, QuotesNothingOfWhatChanged) {

@@ -155,7 +155,7 @@ std::pair<Number, Number> rangeOf(const ValueRules& rules) {
 
 bool isInRange(const ValueRules& rules, const Number& number) {
   if (rules.least) return !(number < *rules.least || *rules.greatest < number);
-  if (rules.isFloating) return true;  // or it would not have been read
+  if (rules.kind == Kind::FLOATING) return true;  // or it would not have been read
   const auto [least, greatest] = boundsOf(rules);
   return !(number < least || greatest < number);
 }

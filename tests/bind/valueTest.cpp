@@ -129,6 +129,8 @@ TEST(BindValue, TextsOfEachType) {
       {asType<Days>, "48h", "2"},
       {asType<Days>, "36h", "36h is not a multiple of 24h [out-of-range]"},
       {asType<Seconds>, "1.5ms", "0.001500"},
+      {asType<Seconds>, "1e308h",
+       "1e308h is not in -1.7976931348623157e+308s to 1.7976931348623157e+308s [out-of-range]"},
       {asType<bind::Bytes>, "2MB", "2000000"},
       {asType<bind::Bytes>, "2MiB", "2097152"},
       {asType<bind::Bytes>, "2M",

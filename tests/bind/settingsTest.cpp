@@ -156,8 +156,10 @@ TEST(BindSettings, RefusesFilesThatDescribeNone) {
   const TemporaryFolder folder;
   for (const auto& row : rows) {
     folder.write("bad.xml", asFile(row.file));
+    const std::string failure = failureOf([&] { bind::Settings::load(folder.path / "bad.xml"); });
+    EXPECT_EQ(failure.substr(0, failure.find(' ')), "INVALID_ARGUMENT:");
     std::string told;
-    std::istringstream lines(failureOf([&] { bind::Settings::load(folder.path / "bad.xml"); }));
+    std::istringstream lines(failure);
     for (std::string line; std::getline(lines, line);) {
       line.erase(0, line.find("bad.xml:") + 8);
       line.erase(line.find("error: "), 7);
